@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/date.hpp"
+#include "platform/time_zone.hpp"
+
+namespace lunoval::Solar {
+
+struct HorizontalPosition {
+    double altitude;  // degrees above the horizon, refraction included
+    double azimuth;   // degrees from north through east
+};
+
+HorizontalPosition moonPosition(Date date, double latitude, double longitude);
+
+// The moon's rise (or set) within the 24 hours after local midnight of `date` in `zone`;
+// absent when it does not happen in that span.
+std::optional<Date> moonRiseSet(Date date, const TimeZone& zone, bool wantRise, double latitude,
+                                double longitude);
+
+}  // namespace lunoval::Solar

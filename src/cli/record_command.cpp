@@ -1,0 +1,90 @@
+#include "cli/record_command.hpp"
+
+#include <cstdio>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "cli/device_options.hpp"
+#include "platform/date_formatter.hpp"
+#include "platform/device.hpp"
+#include "platform/log.hpp"
+#include "timeline/widget_data_builder.hpp"
+
+namespace lunoval::cli {
+
+namespace {
+
+std::string fixed(double value, int decimals) {
+    std::array<char, 64> buffer{};
+    std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals, value);
+    return buffer.data();
+}
+
+std::string timeOrDash(const DateFormatter& formatter, const std::optional<Date>& instant) {
+    return instant ? formatter.shortTime(*instant) : "--:--";
+}
+
+std::string phaseLine(const Solar::SimpleMoonPhase& phase) {
+    return phase.phaseName + " · " + fixed(phase.illumination * 100, 1) + "% lit · phase angle " +
+           fixed(phase.phaseAngle, 1) + "° · tilt " + fixed(phase.tiltAngle, 1) + "°";
+}
+
+void printSummary(const MoonWidgetData& record) {
+    const DateFormatter formatter{device::localeIdentifier(), device::timeZone()};
+    std::cout << "Place       " << fixed(record.latitude, 4) << ", " << fixed(record.longitude, 4)
+              << " · " << record.timezone << "\n"
+              << "Time        " << formatter.pattern(record.selectedTime, "EEE d MMM yyyy") << " "
+              << formatter.shortTime(record.selectedTime) << "\n"
+              << "Sun         rise " << timeOrDash(formatter, record.sunrise) << " · set "
+              << timeOrDash(formatter, record.sunset) << "\n"
+              << "Moon        rise " << timeOrDash(formatter, record.moonrise) << " · set "
+              << timeOrDash(formatter, record.moonset) << "\n";
+    if (record.moonAltitude && record.moonAzimuth) {
+        std::cout << "Moon now    altitude " << fixed(*record.moonAltitude, 1) << "° · azimuth "
+                  << fixed(*record.moonAzimuth, 1) << "°\n";
+    }
+    if (record.currentMoonPhase) {
+        std::cout << "Phase       " << phaseLine(*record.currentMoonPhase) << "\n";
+    }
+    if (record.nextMoonPhase && record.nextPhaseTime) {
+        std::cout << "Next phase  " << record.nextMoonPhase->phaseName << " · "
+                  << *record.nextPhaseTime << "\n";
+    }
+    if (record.eclipseInfo) {
+        std::cout << "Eclipse     " << record.eclipseInfo->title
+                  << (record.eclipseInfo->isVisible ? " · visible here" : " · not visible here")
+                  << "\n";
+    }
+}
+
+}  // namespace
+
+CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options) {
+    auto* command = app.add_subcommand("record", "Fill one widget record for a place and print it");
+    command->add_option("--lat", options.latitude, "Latitude in degrees, north positive")
+        ->required()
+        ->check(coordinateWithin(90));
+    command->add_option("--lng", options.longitude, "Longitude in degrees, east positive")
+        ->required()
+        ->check(coordinateWithin(180));
+    command->add_flag("--json", options.json, "Print one JSON object with every field");
+    return command;
+}
+
+int runRecord(const RecordOptions& options) {
+    if (options.json) log::toStandardError(true);
+    const Date now = device::now();
+    MoonWidgetData record{.latitude = options.latitude,
+                          .longitude = options.longitude,
+                          .timezone = device::timeZone().identifier(),
+                          .selectedTime = now};
+    fill(record, now, true, now);
+    if (options.json) {
+        std::cout << recordJson(record).dump() << "\n";
+    } else {
+        printSummary(record);
+    }
+    return 0;
+}
+
+}  // namespace lunoval::cli

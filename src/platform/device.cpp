@@ -1,0 +1,81 @@
+#include "platform/device.hpp"
+
+#include <cstdlib>
+#include <mutex>
+#include <string_view>
+
+namespace lunoval::device {
+
+namespace {
+
+struct Overrides {
+    std::mutex mutex;
+    std::optional<Date> now;
+    std::optional<TimeZone> zone;
+    std::optional<std::string> locale;
+};
+
+Overrides& overrides() {
+    static Overrides instance;
+    return instance;
+}
+
+// "de_DE.UTF-8@euro" names the locale "de_DE"; "C" and "POSIX" name no language.
+std::string localeFromEnvironment() {
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(variable);
+        if (value == nullptr || *value == '\0') continue;
+        std::string_view text = value;
+        text = text.substr(0, text.find_first_of(".@"));
+        if (text == "C" || text == "POSIX" || text.empty()) break;
+        return std::string(text);
+    }
+    return "en_US";
+}
+
+}  // namespace
+
+Date now() {
+    {
+        std::scoped_lock lock(overrides().mutex);
+        if (overrides().now) return *overrides().now;
+    }
+    const std::chrono::duration<double> sinceEpoch =
+        std::chrono::system_clock::now().time_since_epoch();
+    return Date{sinceEpoch};
+}
+
+void fixNow(std::optional<Date> instant) {
+    std::scoped_lock lock(overrides().mutex);
+    overrides().now = instant;
+}
+
+TimeZone timeZone() {
+    {
+        std::scoped_lock lock(overrides().mutex);
+        if (overrides().zone) return *overrides().zone;
+    }
+    static const TimeZone fromEnvironment = environmentTimeZone();
+    return fromEnvironment;
+}
+
+void setTimeZone(std::optional<TimeZone> zone) {
+    std::scoped_lock lock(overrides().mutex);
+    overrides().zone = std::move(zone);
+}
+
+std::string localeIdentifier() {
+    {
+        std::scoped_lock lock(overrides().mutex);
+        if (overrides().locale) return *overrides().locale;
+    }
+    static const std::string fromEnvironment = localeFromEnvironment();
+    return fromEnvironment;
+}
+
+void setLocaleIdentifier(std::optional<std::string> identifier) {
+    std::scoped_lock lock(overrides().mutex);
+    overrides().locale = std::move(identifier);
+}
+
+}  // namespace lunoval::device

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/date.hpp"
+#include "platform/time_zone.hpp"
+
+namespace lunoval::device {
+
+// The device this process runs as: its clock, zone and locale. Each starts from the
+// environment; the command's device options fix them for the whole run.
+
+// The current instant: the fixed one if set, else the system clock.
+Date now();
+void fixNow(std::optional<Date> instant);
+
+TimeZone timeZone();
+void setTimeZone(std::optional<TimeZone> zone);
+
+// A POSIX-style locale identifier such as "en_US" or "de_DE".
+std::string localeIdentifier();
+void setLocaleIdentifier(std::optional<std::string> identifier);
+
+}  // namespace lunoval::device

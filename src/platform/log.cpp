@@ -1,0 +1,26 @@
+#include "platform/log.hpp"
+
+#include <atomic>
+#include <cstdio>
+#include <mutex>
+
+namespace lunoval::log {
+
+namespace {
+std::atomic<bool> useStandardError{false};
+std::mutex writeMutex;
+}  // namespace
+
+void line(std::string_view text) {
+    std::FILE* stream = useStandardError ? stderr : stdout;
+    std::scoped_lock lock(writeMutex);
+    std::fwrite(text.data(), 1, text.size(), stream);
+    std::fputc('\n', stream);
+    std::fflush(stream);
+}
+
+void toStandardError(bool enabled) {
+    useStandardError = enabled;
+}
+
+}  // namespace lunoval::log

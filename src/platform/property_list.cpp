@@ -1,0 +1,71 @@
+#include "platform/property_list.hpp"
+
+#include <plist/plist.h>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+
+namespace lunoval::plist {
+
+namespace {
+
+struct NodeDeleter {
+    void operator()(plist_t node) const { plist_free(node); }
+};
+using Node = std::unique_ptr<void, NodeDeleter>;
+
+// libplist hands out strings and iterators allocated with malloc.
+struct MallocDeleter {
+    void operator()(void* memory) const { std::free(memory); }  // NOLINT(*-no-malloc)
+};
+using CString = std::unique_ptr<char, MallocDeleter>;
+using Iterator = std::unique_ptr<void, MallocDeleter>;
+
+std::optional<std::string> stringValue(plist_t node) {
+    if (plist_get_node_type(node) != PLIST_STRING) return std::nullopt;
+    char* raw = nullptr;
+    plist_get_string_val(node, &raw);
+    const CString text(raw);
+    if (!text) return std::nullopt;
+    return std::string(text.get());
+}
+
+std::optional<std::vector<std::string>> stringArray(plist_t node) {
+    if (plist_get_node_type(node) != PLIST_ARRAY) return std::nullopt;
+    std::vector<std::string> items;
+    const uint32_t count = plist_array_get_size(node);
+    items.reserve(count);
+    for (uint32_t i = 0; i < count; ++i) {
+        auto item = stringValue(plist_array_get_item(node, i));
+        if (!item) return std::nullopt;
+        items.push_back(std::move(*item));
+    }
+    return items;
+}
+
+}  // namespace
+
+std::optional<StringArrayDictionary> parseStringArrayDictionary(const std::string& bytes) {
+    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
+    plist_t raw = nullptr;
+    plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &raw);
+    const Node root(raw);
+    if (!root || plist_get_node_type(root.get()) != PLIST_DICT) return std::nullopt;
+
+    StringArrayDictionary entries;
+    plist_dict_iter rawIterator = nullptr;
+    plist_dict_new_iter(root.get(), &rawIterator);
+    const Iterator iterator(rawIterator);
+    for (;;) {
+        char* rawKey = nullptr;
+        plist_t value = nullptr;
+        plist_dict_next_item(root.get(), iterator.get(), &rawKey, &value);
+        const CString key(rawKey);
+        if (!key) return entries;
+        auto items = stringArray(value);
+        if (!items) return std::nullopt;
+        entries.emplace_back(key.get(), std::move(*items));
+    }
+}
+
+}  // namespace lunoval::plist

@@ -1,0 +1,78 @@
+#include "timeline/widget_data_builder.hpp"
+
+#include "astro/moon_position.hpp"
+#include "astro/sun_times.hpp"
+#include "phases/moon_phase_data_manager.hpp"
+#include "platform/calendar.hpp"
+#include "platform/localization.hpp"
+
+namespace lunoval {
+
+AstronomySources AstronomySources::shared() {
+    return {
+        .phaseTable = [](int year,
+                         int month) { return MoonPhaseDataManager::shared().events(year, month); },
+        .nextPhase =
+            [](Date date, const TimeZone& zone) {
+                return MoonPhaseDataManager::shared().nextPhase(date, zone);
+            },
+    };
+}
+
+std::string nextPhaseText(std::int64_t daysUntil) {
+    if (daysUntil == 1) {
+        // TRANSLATORS: Tomorrow
+        return l10n::localized("tomorrow");
+    }
+    if (daysUntil == 0) {
+        // TRANSLATORS: Today
+        return l10n::localized("today");
+    }
+    // TRANSLATORS: In X days
+    return l10n::localizedCount("in %d days", static_cast<long>(daysUntil));
+}
+
+namespace {
+
+void fillNextPhase(MoonWidgetData& record, Date date, const TimeZone& zone,
+                   std::optional<Date> tiltDate, const AstronomySources& sources) {
+    const auto next = sources.nextPhase(date, zone);
+    if (!next) return;
+    if (const auto local = Calendar(zone).components(date)) {
+        const auto& event = next->event;
+        const auto instant = MoonPhaseDataManager::eventDate(local->year, local->month, event.day,
+                                                             event.hour, event.minute);
+        if (instant) {
+            record.nextMoonPhase = Solar::moonPhase(*instant, zone, true, tiltDate, record.latitude,
+                                                    record.longitude, sources.phaseTable);
+        }
+    }
+    record.nextPhaseTime = nextPhaseText(next->daysUntil);
+}
+
+}  // namespace
+
+void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional<Date> tiltDate,
+          const AstronomySources& sources) {
+    record.selectedTime = date;
+    const auto zone = TimeZone::named(record.timezone);
+    if (!zone) return;
+    const double latitude = record.latitude;
+    const double longitude = record.longitude;
+
+    record.moonrise = Solar::moonRiseSet(date, *zone, true, latitude, longitude);
+    record.moonset = Solar::moonRiseSet(date, *zone, false, latitude, longitude);
+    const auto position = Solar::moonPosition(date, latitude, longitude);
+    record.moonAzimuth = position.azimuth;
+    record.moonAltitude = position.altitude;
+    if (includeSunTimes) {
+        record.sunrise = Solar::sunrise(date, *zone, latitude, longitude);
+        record.sunset = Solar::sunset(date, *zone, latitude, longitude);
+    }
+    record.currentMoonPhase =
+        Solar::moonPhase(date, *zone, true, tiltDate, latitude, longitude, sources.phaseTable);
+    fillNextPhase(record, date, *zone, tiltDate, sources);
+    // The eclipse of the local day comes from the eclipse catalogue once it is wired in.
+}
+
+}  // namespace lunoval

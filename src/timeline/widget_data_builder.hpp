@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+
+#include "astro/moon_phase.hpp"
+#include "phases/moon_phase_data_manager.hpp"
+#include "platform/date.hpp"
+#include "timeline/moon_widget_data.hpp"
+
+namespace lunoval {
+
+// Where the builder finds the tables it consults.
+struct AstronomySources {
+    Solar::PhaseTable phaseTable;
+    std::function<std::optional<NextPhase>(Date, const TimeZone&)> nextPhase;
+
+    // The process-wide phase tables.
+    static AstronomySources shared();
+};
+
+// Runs the astronomy for `date` at the record's place, counting local days in the record's
+// zone. An unknown zone leaves every field but `selectedTime` as it was.
+void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional<Date> tiltDate,
+          const AstronomySources& sources = AstronomySources::shared());
+
+// "today", "tomorrow" or "in N days", localised.
+std::string nextPhaseText(std::int64_t daysUntil);
+
+}  // namespace lunoval
