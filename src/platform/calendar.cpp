@@ -18,11 +18,11 @@ constexpr long long kMaxField = 1'000'000;
 std::optional<date::local_seconds> localSeconds(const TimeZone& zone, Date instant) {
     const auto whole = wholeSeconds(instant);
     if (!whole) return std::nullopt;
-    return zone.zone().to_local(*whole);
+    return date::local_seconds{whole->time_since_epoch() + zone.sysInfo(*whole).offset};
 }
 
 Date resolve(const TimeZone& zone, date::local_seconds local) {
-    const auto info = zone.zone().get_info(local);
+    const auto info = zone.localInfo(local);
     date::sys_seconds sys;
     switch (info.result) {
         case date::local_info::nonexistent:

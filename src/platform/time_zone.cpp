@@ -6,13 +6,14 @@
 #include <exception>
 
 #include "platform/instant_range.hpp"
+#include "platform/zone_rule.hpp"
 
 namespace lunoval {
 
 std::optional<TimeZone> TimeZone::named(std::string_view identifier) {
     try {
         const auto* zone = date::locate_zone(identifier);
-        return TimeZone(zone, std::string(identifier));
+        return TimeZone(zone, std::string(identifier), ZoneRule::forZone(identifier));
     } catch (const std::exception&) {
         return std::nullopt;
     }
@@ -26,7 +27,30 @@ TimeZone TimeZone::utc() {
 std::optional<std::chrono::seconds> TimeZone::offsetFromUTC(Date date) const {
     const auto seconds = wholeSeconds(date);
     if (!seconds) return std::nullopt;
-    return zone_->get_info(*seconds).offset;
+    return sysInfo(*seconds).offset;
+}
+
+namespace {
+
+// The database marks the period after its last listed change as lasting to its final year.
+bool isLastListedPeriod(const date::sys_info& info) {
+    return info.end >= date::sys_days{date::year::max() / 1 / 1};
+}
+
+}  // namespace
+
+date::sys_info TimeZone::sysInfo(date::sys_seconds instant) const {
+    auto info = zone_->get_info(instant);
+    if (futureRule_ && isLastListedPeriod(info)) return futureRule_->sysInfo(instant);
+    return info;
+}
+
+date::local_info TimeZone::localInfo(date::local_seconds local) const {
+    auto info = zone_->get_info(local);
+    if (futureRule_ && info.result == date::local_info::unique && isLastListedPeriod(info.first)) {
+        return futureRule_->localInfo(local);
+    }
+    return info;
 }
 
 namespace {

@@ -1,17 +1,17 @@
 #pragma once
 
+#include <date/tz.h>
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/date.hpp"
 
-namespace date {
-class time_zone;
-}
-
 namespace lunoval {
+
+class ZoneRule;
 
 // A named zone of the system's time-zone database.
 class TimeZone {
@@ -23,18 +23,23 @@ class TimeZone {
     [[nodiscard]] const std::string& identifier() const { return identifier_; }
     // Absent for an instant the database cannot place (not finite, or beyond its range).
     [[nodiscard]] std::optional<std::chrono::seconds> offsetFromUTC(Date date) const;
-    [[nodiscard]] const date::time_zone& zone() const { return *zone_; }
+    // The zone's offset and abbreviation at an instant, and the meaning of a wall-clock time.
+    [[nodiscard]] date::sys_info sysInfo(date::sys_seconds instant) const;
+    [[nodiscard]] date::local_info localInfo(date::local_seconds local) const;
 
     friend bool operator==(const TimeZone& a, const TimeZone& b) {
         return a.identifier_ == b.identifier_;
     }
 
   private:
-    TimeZone(const date::time_zone* zone, std::string identifier)
-        : zone_(zone), identifier_(std::move(identifier)) {}
+    TimeZone(const date::time_zone* zone, std::string identifier,
+             std::shared_ptr<const ZoneRule> futureRule)
+        : zone_(zone), identifier_(std::move(identifier)), futureRule_(std::move(futureRule)) {}
 
     const date::time_zone* zone_;
     std::string identifier_;
+    // Applies after the last change the database lists.
+    std::shared_ptr<const ZoneRule> futureRule_;
 };
 
 // The zone the environment names: TZ, else /etc/localtime, else UTC.

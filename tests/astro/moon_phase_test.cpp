@@ -1,0 +1,119 @@
+#include "astro/moon_phase.hpp"
+#include "astro/moon_illumination.hpp"
+
+#include <gtest/gtest.h>
+
+#include "test_dates.hpp"
+
+namespace lunoval::Solar {
+namespace {
+
+using lunoval::testing::utc;
+using lunoval::testing::zone;
+using Event = MoonPhaseEvent;
+using Code = MoonPhaseEvent::PhaseType;
+
+// A table holding the given events for one year and month, and nothing else.
+PhaseTable tableOf(int year, int month, std::vector<Event> events) {
+    return [=](int y, int m) { return y == year && m == month ? events : std::vector<Event>{}; };
+}
+
+const PhaseTable kEmptyTable = [](int, int) { return std::vector<Event>{}; };
+
+PhaseType phaseAt(Date date, const char* zoneName, const PhaseTable& table) {
+    return moonPhase(date, zone(zoneName), false, std::nullopt, 0, 0, table).phaseType;
+}
+
+TEST(PhaseType, RawValuesAreTheDisplayedNames) {
+    EXPECT_EQ(rawValue(PhaseType::waxingGibbous), "Waxing Gibbous");
+    EXPECT_EQ(phaseType("Last Quarter"), PhaseType::lastQuarter);
+    EXPECT_FALSE(phaseType("last quarter"));
+    EXPECT_FALSE(phaseType("Full moon"));
+    EXPECT_FALSE(phaseType(""));
+    EXPECT_EQ(caseName(PhaseType::waningCrescent), "waningCrescent");
+    EXPECT_EQ(principalPhaseType(Code::firstQuarter), PhaseType::firstQuarter);
+    EXPECT_EQ(principalPhaseType(Code::lastQuarter), PhaseType::lastQuarter);
+}
+
+TEST(MoonPhase, ThePrincipalPhaseIsNamedOnItsLocalDayOnly) {
+    const auto table = tableOf(2025, 10, {{7, 3, 48, Code::fullMoon}});
+    EXPECT_EQ(phaseAt(utc(2025, 10, 6, 12), "UTC", table), PhaseType::waxingGibbous);
+    EXPECT_EQ(phaseAt(utc(2025, 10, 7, 0, 1), "UTC", table), PhaseType::fullMoon);
+    EXPECT_EQ(phaseAt(utc(2025, 10, 7, 23, 59), "UTC", table), PhaseType::fullMoon);
+    EXPECT_EQ(phaseAt(utc(2025, 10, 8, 12), "UTC", table), PhaseType::waningGibbous);
+}
+
+TEST(MoonPhase, TheTableDecidesWhateverTheLitFraction) {
+    // A thin crescent on 2025-10-23, named as the table says.
+    const auto table = tableOf(2025, 10, {{23, 12, 0, Code::fullMoon}});
+    const auto phase =
+        moonPhase(utc(2025, 10, 23, 12), zone("UTC"), false, std::nullopt, 0, 0, table);
+    EXPECT_LT(phase.illumination, 0.1);
+    EXPECT_EQ(phase.phaseType, PhaseType::fullMoon);
+    EXPECT_EQ(phase.phaseName, "Full Moon");
+}
+
+TEST(MoonPhase, WithoutATabulatedPhaseItIsOnlyACrescentOrAGibbous) {
+    // Around the full and new moons of October 2025, with no table at all.
+    EXPECT_EQ(phaseAt(utc(2025, 10, 6, 6), "UTC", kEmptyTable), PhaseType::waxingGibbous);
+    EXPECT_EQ(phaseAt(utc(2025, 10, 8, 0), "UTC", kEmptyTable), PhaseType::waningGibbous);
+    EXPECT_EQ(phaseAt(utc(2025, 10, 21, 12, 25), "UTC", kEmptyTable), PhaseType::waningCrescent);
+    EXPECT_EQ(phaseAt(utc(2025, 10, 25, 0), "UTC", kEmptyTable), PhaseType::waxingCrescent);
+    EXPECT_EQ(phaseAt(utc(2025, 10, 31, 0), "UTC", kEmptyTable), PhaseType::waxingGibbous);
+}
+
+TEST(MoonPhase, EventTimesAreUtcAndCountOnTheLocalDay) {
+    // A new moon on day 10 at 02:00 UTC is still the 9th five hours west of Greenwich.
+    const auto table = tableOf(2025, 11, {{10, 2, 0, Code::newMoon}});
+    EXPECT_EQ(phaseAt(utc(2025, 11, 9, 18), "America/Bogota", table), PhaseType::newMoon);
+    EXPECT_NE(phaseAt(utc(2025, 11, 10, 18), "America/Bogota", table), PhaseType::newMoon);
+    EXPECT_EQ(phaseAt(utc(2025, 11, 10, 18), "UTC", table), PhaseType::newMoon);
+}
+
+TEST(MoonPhase, AsksForTheLocalMonthsTable) {
+    std::vector<std::pair<int, int>> asked;
+    const PhaseTable recording = [&](int year, int month) {
+        asked.emplace_back(year, month);
+        return std::vector<Event>{};
+    };
+    // 15:30 UTC on 31 December is already New Year's Day in Tokyo.
+    (void)phaseAt(utc(2025, 12, 31, 15, 30), "Asia/Tokyo", recording);
+    EXPECT_EQ(asked, (std::vector<std::pair<int, int>>{{2026, 1}}));
+}
+
+TEST(MoonPhase, OnlyTheDayNumberIsCompared) {
+    // October's last event falls on 1 November in Tokyo; it still matches 1 October there.
+    const auto table = tableOf(2025, 10, {{31, 23, 50, Code::firstQuarter}});
+    EXPECT_EQ(phaseAt(utc(2025, 10, 1, 3), "Asia/Tokyo", table), PhaseType::firstQuarter);
+}
+
+TEST(MoonPhase, TiltOnlyWhenAskedFor) {
+    const Date date = utc(2025, 10, 12, 21);
+    const auto untilted = moonPhase(date, zone("UTC"), false, date, 45, 7, kEmptyTable);
+    EXPECT_EQ(untilted.tiltAngle, 0.0);
+    const auto tilted = moonPhase(date, zone("UTC"), true, date, 45, 7, kEmptyTable);
+    EXPECT_EQ(tilted.tiltAngle, moonTilt(date, 45, 7));
+    EXPECT_EQ(tilted.illumination, untilted.illumination);
+}
+
+TEST(MoonPhase, AnInstantWithoutACalendarFormIsNamedByItsLitFractionAlone) {
+    // Far beyond the calendar the five illumination bands apply and tilt at the date itself.
+    const Date farOff = Date::fromTimeIntervalSince1970(1e13);
+    const auto phase = moonPhase(farOff, zone("UTC"), true, std::nullopt, 30, 30, kEmptyTable);
+    const auto band = [&] {
+        const bool waxing = phase.phaseAngle > 0;
+        if (phase.illumination < 0.05) return PhaseType::newMoon;
+        if (phase.illumination < 0.45)
+            return waxing ? PhaseType::waxingCrescent : PhaseType::waningCrescent;
+        if (phase.illumination < 0.55)
+            return waxing ? PhaseType::firstQuarter : PhaseType::lastQuarter;
+        if (phase.illumination < 0.95)
+            return waxing ? PhaseType::waxingGibbous : PhaseType::waningGibbous;
+        return PhaseType::fullMoon;
+    }();
+    EXPECT_EQ(phase.phaseType, band);
+    EXPECT_EQ(phase.tiltAngle, moonTilt(farOff, 30, 30));
+}
+
+}  // namespace
+}  // namespace lunoval::Solar

@@ -1,0 +1,100 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <array>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace {
+
+struct Run {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+std::string slurp(const std::string& path) {
+    std::string text;
+    if (std::FILE* file = std::fopen(path.c_str(), "r")) {
+        std::array<char, 4096> buffer{};
+        while (const auto n = std::fread(buffer.data(), 1, buffer.size(), file)) {
+            text.append(buffer.data(), n);
+        }
+        std::fclose(file);
+    }
+    return text;
+}
+
+Run lunoval(const std::string& arguments) {
+    const std::string err =
+        testing::TempDir() + "lunoval-stderr-" + std::to_string(getpid()) + ".txt";
+    const std::string command = std::string(LUNOVAL_BINARY) + " " + arguments + " 2>" + err;
+    Run run{};
+    std::FILE* pipe = popen(command.c_str(), "r");
+    std::array<char, 4096> buffer{};
+    while (const auto n = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
+        run.out.append(buffer.data(), n);
+    }
+    run.status = WEXITSTATUS(pclose(pipe));
+    run.err = slurp(err);
+    return run;
+}
+
+TEST(RecordCommand, RejectsBadInputWithOneLineAndStatusTwo) {
+    for (const char* arguments : {
+             "record --lat 91 --lng 0",
+             "record --lat -90.5 --lng 0",
+             "record --lat 10 --lng 180.01",
+             "record --lat nan --lng 0",
+             "record --lat 10 --lng inf",
+             "record --lat ten --lng 0",
+             "record --lng 0",
+             "record --lat 1 --lng 2 --timezone Mars/Olympus",
+             "record --lat 1 --lng 2 --at yesterday",
+             "record --lat 1 --lng 2 --at 2025-13-01T00:00:00Z",
+             "record --lat 1 --lng 2 --at 2025-10-01T00:00:00",
+             "record --lat 1 --lng 2 --at @1e400",
+             "record --lat 1 --lng 2 --frobnicate",
+             "",
+         }) {
+        const auto run = lunoval(arguments);
+        EXPECT_EQ(run.status, 2) << arguments;
+        EXPECT_TRUE(run.out.empty()) << arguments;
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << arguments << run.err;
+        EXPECT_TRUE(run.err.starts_with("lunoval: ")) << arguments << run.err;
+    }
+}
+
+TEST(RecordCommand, PrintsOneJsonObjectForThePlaceAtTheDeviceTime) {
+    const auto run = lunoval(
+        "record --lat 51.4769 --lng -0.0005 --timezone Europe/London --at "
+        "2025-10-07T04:48:00+01:00 "
+        "--json");
+    ASSERT_EQ(run.status, 0) << run.err;
+    const auto record = nlohmann::json::parse(run.out);
+    EXPECT_EQ(record.size(), 17U);
+    EXPECT_EQ(record.at("timezone"), "Europe/London");
+    EXPECT_EQ(record.at("selectedTime").get<double>(), 1759808880.0);
+    EXPECT_EQ(record.at("currentMoonPhase").at("phaseType"), "fullMoon");
+    EXPECT_TRUE(record.at("eclipseInfo").is_null());
+}
+
+TEST(RecordCommand, ReadsUnixSecondsAndIsoTimesAlike) {
+    const auto unix = lunoval("record --lat 10 --lng 20 --timezone UTC --at @1759808880.5 --json");
+    const auto iso =
+        lunoval("record --lat 10 --lng 20 --timezone UTC --at 2025-10-07T03:48:00.5Z --json");
+    ASSERT_EQ(unix.status, 0) << unix.err;
+    EXPECT_EQ(nlohmann::json::parse(unix.out), nlohmann::json::parse(iso.out));
+}
+
+TEST(RecordCommand, PrintsAReadableSummaryInTheDeviceZone) {
+    const auto run = lunoval(
+        "record --lat 51.4769 --lng -0.0005 --timezone Europe/London --locale en_GB "
+        "--at 2025-06-21T12:00:00Z");
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("Sun         rise 04:4"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("Europe/London"), std::string::npos) << run.out;
+}
+
+}  // namespace

@@ -1,0 +1,218 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <regex>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "ephemeris/delta_t.hpp"
+#include "ephemeris/julian_day.hpp"
+#include "ephemeris/principal_phases.hpp"
+#include "phasegen/phase_events.hpp"
+#include "phasegen/year_table.hpp"
+#include "tools/year_table_file.hpp"
+
+namespace lunoval {
+namespace {
+
+using ephemeris::PrincipalPhase;
+using phasegen::firstTableYear;
+using phasegen::lastTableYear;
+using tablefiles::parseYearTable;
+using tablefiles::readWholeFile;
+
+const std::filesystem::path checkedInTables = LUNOVAL_PHASE_TABLES;
+
+std::filesystem::path tableFile(int year) {
+    return checkedInTables / (std::to_string(year) + ".plist");
+}
+
+std::vector<std::string> generatedLines(int year, unsigned month) {
+    std::vector<std::string> lines;
+    for (const phasegen::PhaseEvent& event : phasegen::phaseEventsOfYear(year)) {
+        if (event.time.date.month() == date::month(month))
+            lines.push_back(phasegen::eventLine(event));
+    }
+    return lines;
+}
+
+TEST(GeneratedPhaseTables, CheckedInFilesAreWhatTheGeneratorWrites) {
+    for (int year = firstTableYear; year <= lastTableYear; ++year) {
+        EXPECT_TRUE(readWholeFile(tableFile(year)) == phasegen::yearTableXml(year))
+            << tableFile(year) << " differs from the generator's output";
+    }
+}
+
+struct PublishedPhase {
+    int year;
+    unsigned month;
+    const char* line;
+};
+
+// UTC minutes from the U.S. Naval Observatory's phase tables (1900–2050) and from Espenak's
+// almanac (2097, 2099), whose ΔT model is the one used here.
+constexpr auto publishedPhases = std::to_array<PublishedPhase>({
+    {1900, 1, "1 13:52 NM"},  {1900, 1, "8 05:40 FQ"},  {1900, 10, "15 09:51 LQ"},
+    {1950, 1, "11 10:31 LQ"}, {1950, 2, "16 22:53 NM"}, {1950, 5, "31 12:43 FM"},
+    {2000, 1, "6 18:14 NM"},  {2000, 1, "14 13:34 FQ"}, {2000, 1, "21 04:40 FM"},
+    {2000, 1, "28 07:57 LQ"}, {2017, 8, "21 18:30 NM"}, {2020, 1, "24 21:42 NM"},
+    {2024, 4, "8 18:21 NM"},  {2050, 2, "21 15:03 NM"}, {2050, 3, "8 15:23 FM"},
+    {2097, 1, "13 15:00 NM"}, {2097, 1, "27 19:47 FM"}, {2097, 2, "19 12:07 FQ"},
+    {2099, 1, "21 09:07 NM"},
+});
+
+TEST(GeneratedPhaseTables, MatchPublishedInstantsToTheMinute) {
+    for (const PublishedPhase& published : publishedPhases) {
+        EXPECT_THAT(generatedLines(published.year, published.month),
+                    ::testing::Contains(published.line))
+            << published.year << "-" << published.month;
+    }
+}
+
+TEST(PrincipalPhase, ReproducesMeeusWorkedExamples) {
+    struct Example {
+        std::int64_t phaseNumber;
+        PrincipalPhase phase;
+        double julianEphemerisDay;
+    };
+    // New moon of 1977 February (k = −283) and last quarter of 2044 January (k = 544.75).
+    const auto examples = std::to_array<Example>({
+        {std::int64_t{-283} * 4, PrincipalPhase::newMoon, 2443192.65118},
+        {std::int64_t{544} * 4 + 3, PrincipalPhase::lastQuarter, 2467636.49186},
+    });
+    for (const Example& example : examples) {
+        const ephemeris::PhaseInstant instant = ephemeris::principalPhase(example.phaseNumber);
+        EXPECT_EQ(instant.phase, example.phase);
+        EXPECT_NEAR(instant.julianEphemerisDay, example.julianEphemerisDay, 0.000006);
+    }
+}
+
+TEST(DeltaT, AgreesWithObservedValues) {
+    struct Observed {
+        double year;
+        double seconds;
+    };
+    const auto observed = std::to_array<Observed>({
+        {1900.0, -2.72},
+        {1950.0, 29.15},
+        {1970.0, 40.18},
+        {1990.0, 56.86},
+        {2000.0, 63.83},
+    });
+    for (const Observed& value : observed) {
+        EXPECT_NEAR(ephemeris::deltaTSeconds(value.year), value.seconds, 0.2) << value.year;
+    }
+}
+
+TEST(DeltaT, IsContinuousWhereOneExpressionHandsOverToTheNext) {
+    for (const double year : {1920.0, 1941.0, 1961.0, 1986.0, 2005.0, 2050.0}) {
+        EXPECT_NEAR(ephemeris::deltaTSeconds(year), ephemeris::deltaTSeconds(year - 1e-6), 0.1)
+            << year;
+    }
+}
+
+// No phase of 1900–2100 falls in the last half minute of a month, so the carry into the next
+// month and year is checked on the conversion itself.
+TEST(NearestCalendarMinute, RoundsBeforeSplittingTheDate) {
+    using namespace date::literals;
+    struct Case {
+        double julianDay;
+        date::year_month_day date;
+        int hour;
+        int minute;
+    };
+    constexpr double second = 1.0 / 86400;
+    const auto cases = std::to_array<Case>({
+        {2451910.5 - 29 * second, 2001_y / 1 / 1, 0, 0},      // 2000-12-31 23:59:31
+        {2451910.5 - 31 * second, 2000_y / 12 / 31, 23, 59},  // 2000-12-31 23:59:29
+        {2451604.5 - 20 * second, 2000_y / 3 / 1, 0, 0},      // 2000-02-29 23:59:40
+        {2451545.0, 2000_y / 1 / 1, 12, 0},                   // J2000.0
+        {2415020.5 + 91 * second, 1900_y / 1 / 1, 0, 2},      // 1900-01-01 00:01:31
+    });
+    for (const Case& c : cases) {
+        const ephemeris::CalendarMinute time = ephemeris::nearestCalendarMinute(c.julianDay);
+        EXPECT_EQ(time.date, c.date) << c.date;
+        EXPECT_EQ(time.hour.count(), c.hour) << c.date;
+        EXPECT_EQ(time.minute.count(), c.minute) << c.date;
+    }
+}
+
+struct TabulatedPhase {
+    std::chrono::sys_time<std::chrono::minutes> instant;
+    std::string code;
+
+    std::string text() const { return date::format("%F %R ", instant) + code; }
+};
+
+// Every line of a checked-in file, checked for format along the way.
+std::vector<TabulatedPhase> tabulatedPhases(int year) {
+    static const std::regex lineFormat("([1-9][0-9]?) ([0-2][0-9]):([0-5][0-9]) (NM|FQ|FM|LQ)");
+    const auto table = parseYearTable(readWholeFile(tableFile(year)));
+    EXPECT_TRUE(table) << year;
+    std::vector<TabulatedPhase> phases;
+    for (unsigned month = 1; table && month <= table->size(); ++month) {
+        const auto& [key, lines] = table->at(month - 1);
+        EXPECT_EQ(key, std::to_string(month)) << year;
+        EXPECT_THAT(lines.size(), ::testing::AllOf(::testing::Ge(3U), ::testing::Le(5U)))
+            << year << "-" << month;
+        for (const std::string& line : lines) {
+            std::smatch fields;
+            if (!std::regex_match(line, fields, lineFormat)) {
+                ADD_FAILURE() << year << "-" << month << " has the line \"" << line << '"';
+                continue;
+            }
+            const date::year_month_day day{date::year(year), date::month(month),
+                                           date::day(std::stoul(fields[1]))};
+            EXPECT_TRUE(day.ok()) << line;
+            phases.push_back({date::sys_days(day) + std::chrono::hours(std::stoi(fields[2])) +
+                                  std::chrono::minutes(std::stoi(fields[3])),
+                              fields[4]});
+        }
+    }
+    EXPECT_EQ(table ? table->size() : 0, 12U) << year;
+    return phases;
+}
+
+TEST(GeneratedPhaseTables, FilesHoldTwelveMonthsOfPhasesInTheirCycle) {
+    const std::vector<std::string> cycle{"NM", "FQ", "FM", "LQ"};
+    std::optional<TabulatedPhase> previous;
+    for (int year = firstTableYear; year <= lastTableYear; ++year) {
+        for (const TabulatedPhase& phase : tabulatedPhases(year)) {
+            if (previous) {
+                const auto next = (std::ranges::find(cycle, previous->code) - cycle.begin() + 1) %
+                                  std::ssize(cycle);
+                EXPECT_EQ(phase.code, cycle.at(next)) << phase.text();
+                // Successive principal phases are 6.5 to 8.3 days apart; the bounds leave a margin.
+                EXPECT_THAT(
+                    phase.instant - previous->instant,
+                    ::testing::AllOf(::testing::Gt(date::days(6)), ::testing::Lt(date::days(9))))
+                    << phase.text();
+            }
+            previous = phase;
+        }
+    }
+}
+
+TEST(WriteYearTables, FailsNamingTheFileItCannotWrite) {
+    const std::filesystem::path folder =
+        std::filesystem::path(::testing::TempDir()) / "phase_tables_unwritable";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder / "2001.plist");
+    try {
+        phasegen::writeYearTables(folder, 2000, 2001);
+        ADD_FAILURE() << "writing over a folder succeeded";
+    } catch (const std::runtime_error& error) {
+        EXPECT_THAT(error.what(), ::testing::HasSubstr("2001.plist"));
+    }
+    std::filesystem::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace lunoval
