@@ -63,9 +63,9 @@ constexpr auto publishedPhases = std::to_array<PublishedPhase>({
     {1950, 1, "11 10:31 LQ"}, {1950, 2, "16 22:53 NM"}, {1950, 5, "31 12:43 FM"},
     {2000, 1, "6 18:14 NM"},  {2000, 1, "14 13:34 FQ"}, {2000, 1, "21 04:40 FM"},
     {2000, 1, "28 07:57 LQ"}, {2017, 8, "21 18:30 NM"}, {2020, 1, "24 21:42 NM"},
-    {2024, 4, "8 18:21 NM"},  {2050, 2, "21 15:03 NM"}, {2050, 3, "8 15:23 FM"},
-    {2097, 1, "13 15:00 NM"}, {2097, 1, "27 19:47 FM"}, {2097, 2, "19 12:07 FQ"},
-    {2099, 1, "21 09:07 NM"},
+    {2024, 4, "8 18:21 NM"},  {2025, 10, "7 03:48 FM"}, {2050, 2, "21 15:03 NM"},
+    {2050, 3, "8 15:23 FM"},  {2097, 1, "13 15:00 NM"}, {2097, 1, "27 19:47 FM"},
+    {2097, 2, "19 12:07 FQ"}, {2099, 1, "21 09:07 NM"},
 });
 
 TEST(GeneratedPhaseTables, MatchPublishedInstantsToTheMinute) {
@@ -105,6 +105,8 @@ TEST(DeltaT, AgreesWithObservedValues) {
         {1970.0, 40.18},
         {1990.0, 56.86},
         {2000.0, 63.83},
+        {2010.0, 66.07},
+        {2021.0, 69.36},
     });
     for (const Observed& value : observed) {
         EXPECT_NEAR(ephemeris::deltaTSeconds(value.year), value.seconds, 0.2) << value.year;
@@ -112,7 +114,7 @@ TEST(DeltaT, AgreesWithObservedValues) {
 }
 
 TEST(DeltaT, IsContinuousWhereOneExpressionHandsOverToTheNext) {
-    for (const double year : {1920.0, 1941.0, 1961.0, 1986.0, 2005.0, 2050.0}) {
+    for (const double year : {1920.0, 1941.0, 1961.0, 1986.0, 2005.0, 2025.0, 2050.0}) {
         EXPECT_NEAR(ephemeris::deltaTSeconds(year), ephemeris::deltaTSeconds(year - 1e-6), 0.1)
             << year;
     }

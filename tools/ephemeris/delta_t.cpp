@@ -29,6 +29,14 @@ constexpr std::array<Polynomial, 6> polynomials{{
 
 constexpr double longTermStartYear = 2050;
 
+// Observed ΔT on 1 January of 2005 to 2025 (leap seconds + 32.184 s − DUT1). The earth has
+// turned faster than the 2005–2050 polynomial foresaw: by 2025 it is 5 s behind.
+constexpr double firstObservedYear = 2005;
+constexpr std::array<double, 21> observed{64.69, 64.85, 65.15, 65.46, 65.78, 66.07, 66.32,
+                                          66.60, 66.91, 67.28, 67.64, 68.10, 68.59, 68.97,
+                                          69.22, 69.36, 69.36, 69.29, 69.20, 69.18, 69.14};
+constexpr double lastObservedYear = firstObservedYear + observed.size() - 1;
+
 double evaluate(const Polynomial& polynomial, double decimalYear) {
     const double t = decimalYear - polynomial.epoch;
     return std::accumulate(polynomial.coefficients.rbegin(), polynomial.coefficients.rend(), 0.0,
@@ -45,10 +53,29 @@ double longTerm(double decimalYear) {
 constexpr double secondsPerDay = 86400.0;
 constexpr double monthsPerYear = 12.0;
 
+double interpolateObserved(double decimalYear) {
+    const double offset = decimalYear - firstObservedYear;
+    const auto index = static_cast<std::size_t>(offset);
+    const double fraction = offset - static_cast<double>(index);
+    return observed.at(index) + fraction * (observed.at(index + 1) - observed.at(index));
+}
+
+// From the last observation the gap to the polynomial closes linearly by 2050, where the
+// polynomial meets the long-term parabola.
+double predicted(double decimalYear) {
+    const auto& polynomial = polynomials.back();
+    const double gap = observed.back() - evaluate(polynomial, lastObservedYear);
+    const double remaining =
+        (longTermStartYear - decimalYear) / (longTermStartYear - lastObservedYear);
+    return evaluate(polynomial, decimalYear) + gap * remaining;
+}
+
 }  // namespace
 
 double deltaTSeconds(double decimalYear) {
     if (decimalYear >= longTermStartYear) return longTerm(decimalYear);
+    if (decimalYear >= lastObservedYear) return predicted(decimalYear);
+    if (decimalYear >= firstObservedYear) return interpolateObserved(decimalYear);
     const auto* const next =
         std::ranges::upper_bound(polynomials, decimalYear, {}, &Polynomial::startYear);
     return evaluate(next == polynomials.begin() ? *next : *std::prev(next), decimalYear);
