@@ -1,27 +1,17 @@
 #include "phases/moon_phase_data_manager.hpp"
 
 #include <algorithm>
-#include <fstream>
 #include <mutex>
-#include <sstream>
 #include <string>
 
 #include "phases/phase_table_parser.hpp"
 #include "platform/calendar.hpp"
+#include "platform/files.hpp"
 #include "platform/log.hpp"
 
 namespace lunoval {
 
 namespace {
-
-std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return std::nullopt;
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    if (file.bad()) return std::nullopt;
-    return std::move(bytes).str();
-}
 
 std::vector<Bundle> candidateBundles(const BundleLocator& locator) {
     std::vector<Bundle> bundles;

@@ -1,25 +1,15 @@
 #include "platform/property_list.hpp"
 
 #include <plist/plist.h>
+
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include "platform/plist_handles.hpp"
 
 namespace lunoval::plist {
 
 namespace {
-
-struct NodeDeleter {
-    void operator()(plist_t node) const { plist_free(node); }
-};
-using Node = std::unique_ptr<void, NodeDeleter>;
-
-// libplist hands out strings and iterators allocated with malloc.
-struct MallocDeleter {
-    void operator()(void* memory) const { std::free(memory); }  // NOLINT(*-no-malloc)
-};
-using CString = std::unique_ptr<char, MallocDeleter>;
-using Iterator = std::unique_ptr<void, MallocDeleter>;
 
 std::optional<std::string> stringValue(plist_t node) {
     if (plist_get_node_type(node) != PLIST_STRING) return std::nullopt;

@@ -17,7 +17,8 @@
 #include "ephemeris/principal_phases.hpp"
 #include "phasegen/phase_events.hpp"
 #include "phasegen/year_table.hpp"
-#include "tools/year_table_file.hpp"
+#include "platform/files.hpp"
+#include "platform/property_list.hpp"
 
 namespace lunoval {
 namespace {
@@ -25,8 +26,6 @@ namespace {
 using ephemeris::PrincipalPhase;
 using phasegen::firstTableYear;
 using phasegen::lastTableYear;
-using tablefiles::parseYearTable;
-using tablefiles::readWholeFile;
 
 const std::filesystem::path checkedInTables = LUNOVAL_PHASE_TABLES;
 
@@ -156,7 +155,8 @@ struct TabulatedPhase {
 // Every line of a checked-in file, checked for format along the way.
 std::vector<TabulatedPhase> tabulatedPhases(int year) {
     static const std::regex lineFormat("([1-9][0-9]?) ([0-2][0-9]):([0-5][0-9]) (NM|FQ|FM|LQ)");
-    const auto table = parseYearTable(readWholeFile(tableFile(year)));
+    const auto table =
+        plist::parseStringArrayDictionary(readWholeFile(tableFile(year)).value_or(""));
     EXPECT_TRUE(table) << year;
     std::vector<TabulatedPhase> phases;
     for (unsigned month = 1; table && month <= table->size(); ++month) {

@@ -1,0 +1,47 @@
+#include "platform/files.hpp"
+
+#include <unistd.h>
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <system_error>
+
+namespace lunoval {
+
+namespace fs = std::filesystem;
+
+std::optional<std::string> readWholeFile(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return std::nullopt;
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    if (file.bad()) return std::nullopt;
+    return std::move(bytes).str();
+}
+
+namespace {
+
+[[noreturn]] void fail(const fs::path& path, int error) {
+    throw std::system_error(error, std::generic_category(), "cannot write " + path.string());
+}
+
+}  // namespace
+
+void writeFileAtomically(const fs::path& path, std::string_view content) {
+    const fs::path temporary = path.string() + ".tmp-" + std::to_string(::getpid());
+    std::FILE* file = std::fopen(temporary.c_str(), "wb");
+    if (file == nullptr) fail(path, errno);
+    const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size() &&
+                         std::fflush(file) == 0 && ::fsync(::fileno(file)) == 0;
+    const int error = errno;
+    const bool closed = std::fclose(file) == 0;
+    if (!written || !closed || std::rename(temporary.c_str(), path.c_str()) != 0) {
+        const int cause = written && closed ? errno : error;
+        std::error_code ignored;
+        fs::remove(temporary, ignored);
+        fail(path, cause);
+    }
+}
+
+}  // namespace lunoval
