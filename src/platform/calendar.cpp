@@ -69,7 +69,8 @@ std::optional<Date> Calendar::date(long long year, long long month, long long da
     const long long monthIndex = year * 12 + (month - 1);
     const auto normalizedYear = static_cast<int>(std::floor(static_cast<double>(monthIndex) / 12));
     const auto normalizedMonth = static_cast<unsigned>(monthIndex - normalizedYear * 12LL + 1);
-    const date::local_days firstOfMonth{date::year{normalizedYear} / normalizedMonth / 1};
+    const date::local_days firstOfMonth{date::year{normalizedYear} / date::month{normalizedMonth} /
+                                        1};
     const auto local = firstOfMonth + date::days{day - 1} + std::chrono::hours{hour} +
                        std::chrono::minutes{minute} + seconds{second};
     const Date result = resolve(zone_, local);

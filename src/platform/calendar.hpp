@@ -26,18 +26,18 @@ class Calendar {
 
     [[nodiscard]] const TimeZone& timeZone() const { return zone_; }
 
-    [[nodiscard]] std::optional<DateComponents> components(Date date) const;
+    [[nodiscard]] std::optional<DateComponents> components(Date instant) const;
     // Out-of-range fields roll over as on a wall calendar (day 32 of January is 1 February).
     [[nodiscard]] std::optional<Date> date(long long year, long long month, long long day,
                                            long long hour = 0, long long minute = 0,
                                            long long second = 0) const;
-    [[nodiscard]] std::optional<Date> startOfDay(Date date) const;
-    // The given wall-clock time on the local day of `date`.
+    [[nodiscard]] std::optional<Date> startOfDay(Date instant) const;
+    // The given wall-clock time on the local day of `instant`.
     [[nodiscard]] std::optional<Date> dateBySettingTime(int hour, int minute, int second,
-                                                        Date date) const;
+                                                        Date instant) const;
     [[nodiscard]] bool isDateInSameDay(Date a, Date b) const;
     // The same wall-clock time `days` local days later.
-    [[nodiscard]] std::optional<Date> addingDays(int days, Date date) const;
+    [[nodiscard]] std::optional<Date> addingDays(int days, Date instant) const;
 
     static int daysInMonth(int year, int month);
 

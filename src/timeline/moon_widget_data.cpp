@@ -84,7 +84,7 @@ std::string encodeWidgetData(const MoonWidgetData& record) {
 }
 
 std::optional<MoonWidgetData> decodeWidgetData(std::string_view text, Date now) {
-    const json document = json::parse(text, nullptr, false);
+    const auto document = nlohmann::json::parse(text, nullptr, false);
     if (!document.is_object()) return std::nullopt;
     const auto latitude = document.find("latitude");
     const auto longitude = document.find("longitude");

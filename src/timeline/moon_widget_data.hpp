@@ -52,7 +52,7 @@ struct MoonWidgetEntry {
 std::string encodeWidgetData(const MoonWidgetData& record);
 // Fields the form does not carry take their defaults, `selectedTime` being `now`; absent when
 // the document is not valid or lacks a required key.
-std::optional<MoonWidgetData> decodeWidgetData(std::string_view json, Date now);
+std::optional<MoonWidgetData> decodeWidgetData(std::string_view text, Date now);
 
 // Every field by name, for scripts: instants as seconds since 1970, absent fields as null.
 nlohmann::ordered_json recordJson(const MoonWidgetData& record);
