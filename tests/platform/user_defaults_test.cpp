@@ -1,0 +1,107 @@
+#include "platform/user_defaults.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/files.hpp"
+
+namespace lunoval {
+namespace {
+
+namespace fs = std::filesystem;
+
+class UserDefaultsFile : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        folder_ = fs::temp_directory_path() /
+                  ("lunoval-defaults-" + std::to_string(::getpid()) + "-" +
+                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(folder_);
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    [[nodiscard]] UserDefaults defaults() const { return UserDefaults(folder_ / "group.plist"); }
+
+    fs::path folder_;
+};
+
+TEST_F(UserDefaultsFile, KeepsEachTypeAndAnswersOnlyForIt) {
+    const auto shared = defaults();
+    EXPECT_FALSE(shared.doubleForKey("WidgetLastLocationLat"));
+    shared.setDouble("WidgetLastLocationLat", 48.8566);
+    shared.setInteger("selectedIndex", -1);
+    shared.setString("name", "Zürich");
+    shared.setData("widgetData", std::string("{\"a\":\0}", 8));
+
+    const auto other = defaults();  // another process would see the same
+    EXPECT_EQ(other.doubleForKey("WidgetLastLocationLat"), 48.8566);
+    EXPECT_EQ(other.integerForKey("selectedIndex"), -1);
+    EXPECT_EQ(other.doubleForKey("selectedIndex"), -1.0);
+    EXPECT_EQ(other.stringForKey("name"), "Zürich");
+    EXPECT_EQ(other.dataForKey("widgetData"), std::string("{\"a\":\0}", 8));
+    EXPECT_FALSE(other.doubleForKey("name"));
+    EXPECT_FALSE(other.stringForKey("widgetData"));
+    EXPECT_FALSE(other.integerForKey("WidgetLastLocationLat"));
+
+    shared.removeObject("name");
+    EXPECT_FALSE(other.stringForKey("name"));
+    EXPECT_EQ(other.doubleForKey("WidgetLastLocationLat"), 48.8566);
+}
+
+TEST_F(UserDefaultsFile, TwoProcessesWritingAtOnceLoseNothing) {
+    constexpr int kWritesEach = 150;
+    std::vector<pid_t> writers;
+    for (const char* prefix : {"widget-", "host-"}) {
+        const pid_t pid = ::fork();
+        ASSERT_GE(pid, 0);
+        if (pid == 0) {
+            for (int i = 0; i < kWritesEach; ++i) {
+                defaults().setInteger(prefix + std::to_string(i), i);
+            }
+            ::_exit(0);
+        }
+        writers.push_back(pid);
+    }
+    for (const pid_t pid : writers) {
+        int status = 0;
+        ::waitpid(pid, &status, 0);
+        EXPECT_EQ(WEXITSTATUS(status), 0);
+    }
+    for (int i = 0; i < kWritesEach; ++i) {
+        EXPECT_EQ(defaults().integerForKey("widget-" + std::to_string(i)), i);
+        EXPECT_EQ(defaults().integerForKey("host-" + std::to_string(i)), i);
+    }
+}
+
+TEST_F(UserDefaultsFile, ACorruptFileReadsAsEmptyAndIsKeptAsideOnTheNextWrite) {
+    fs::create_directories(folder_);
+    const std::string garbage = "<plist><dict><key>WidgetLastLocationLat</key><real>4";
+    std::ofstream(folder_ / "group.plist") << garbage;
+
+    EXPECT_FALSE(defaults().doubleForKey("WidgetLastLocationLat"));
+    EXPECT_EQ(readWholeFile(folder_ / "group.plist"), garbage);
+
+    defaults().setDouble("WidgetLastLocationLng", 2.35);
+    EXPECT_EQ(defaults().doubleForKey("WidgetLastLocationLng"), 2.35);
+    int keptAside = 0;
+    for (const auto& entry : fs::directory_iterator(folder_)) {
+        if (entry.path().filename().string().starts_with("group.plist.corrupt-")) {
+            ++keptAside;
+            EXPECT_EQ(readWholeFile(entry.path()), garbage);
+        }
+    }
+    EXPECT_EQ(keptAside, 1);
+}
+
+TEST(UserDefaultsSuite, LivesUnderTheConfigFolder) {
+    ::setenv("XDG_CONFIG_HOME", "/tmp/lunoval-config", 1);
+    EXPECT_EQ(UserDefaults::suite("group.com.orvane.lunoval").file(),
+              fs::path("/tmp/lunoval-config/lunoval/group.com.orvane.lunoval.plist"));
+    ::unsetenv("XDG_CONFIG_HOME");
+}
+
+}  // namespace
+}  // namespace lunoval
