@@ -1,0 +1,109 @@
+#include "platform/location_services.hpp"
+
+#include <GeographicLib/Geodesic.hpp>
+#include <charconv>
+#include <cmath>
+
+namespace lunoval {
+
+double distanceMeters(const Location& from, const Location& to) {
+    double meters = 0;
+    GeographicLib::Geodesic::WGS84().Inverse(from.latitude, from.longitude, to.latitude,
+                                             to.longitude, meters);
+    return meters;
+}
+
+namespace {
+
+std::optional<double> number(std::string_view text) {
+    double value = 0;
+    const auto* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (text.empty() || error != std::errc{} || stop != end || !std::isfinite(value)) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+// Answers as the configured service would, through the main queue like the real one.
+class StandInLocationManager : public LocationManager {
+  public:
+    StandInLocationManager(LocationService service, MainQueue& queue)
+        : service_(service), queue_(queue) {}
+
+    [[nodiscard]] AuthorizationStatus authorizationStatus() const override {
+        switch (service_.kind) {
+            case LocationService::Kind::denied:
+                return AuthorizationStatus::denied;
+            case LocationService::Kind::undetermined:
+                return AuthorizationStatus::notDetermined;
+            default:
+                return AuthorizationStatus::authorizedAlways;
+        }
+    }
+    [[nodiscard]] bool isAuthorizedForWidgetUpdates() const override {
+        return authorizationStatus() == AuthorizationStatus::authorizedAlways;
+    }
+    [[nodiscard]] std::optional<Location> location() const override {
+        if (service_.kind == LocationService::Kind::fixed) return service_.fix;
+        return std::nullopt;
+    }
+    void requestLocation() override { answer(); }
+    void startUpdatingLocation() override { answer(); }
+    void stopUpdatingLocation() override {}
+
+  private:
+    void answer() {
+        switch (service_.kind) {
+            case LocationService::Kind::silent:
+                return;
+            case LocationService::Kind::fixed:
+                queue_.async([this] {
+                    if (delegate() != nullptr) delegate()->didUpdateLocations({service_.fix});
+                });
+                return;
+            default:
+                queue_.async([this] {
+                    if (delegate() != nullptr) {
+                        delegate()->didFailWithError({"The location could not be determined."});
+                    }
+                });
+        }
+    }
+
+    LocationService service_;
+    MainQueue& queue_;
+};
+
+}  // namespace
+
+std::optional<Location> LocationService::parseCoordinates(std::string_view text) {
+    const auto comma = text.find(',');
+    if (comma == std::string_view::npos) return std::nullopt;
+    const auto latitude = number(text.substr(0, comma));
+    const auto longitude = number(text.substr(comma + 1));
+    if (!latitude || !longitude || std::fabs(*latitude) > 90 || std::fabs(*longitude) > 180) {
+        return std::nullopt;
+    }
+    return Location{*latitude, *longitude};
+}
+
+std::optional<LocationService> LocationService::parse(std::string_view text) {
+    using enum Kind;
+    if (text == "denied") return LocationService{denied};
+    if (text == "undetermined") return LocationService{undetermined};
+    if (text == "unavailable") return LocationService{unavailable};
+    if (text == "silent") return LocationService{silent};
+    constexpr std::string_view fixedPrefix = "fixed:";
+    if (!text.starts_with(fixedPrefix)) return std::nullopt;
+    const auto fix = parseCoordinates(text.substr(fixedPrefix.size()));
+    if (!fix) return std::nullopt;
+    return LocationService{fixed, *fix};
+}
+
+std::unique_ptr<LocationManager> makeLocationManager(const LocationService& service,
+                                                     MainQueue& queue) {
+    return std::make_unique<StandInLocationManager>(service, queue);
+}
+
+}  // namespace lunoval

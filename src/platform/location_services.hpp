@@ -1,0 +1,82 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/main_queue.hpp"
+
+namespace lunoval {
+
+struct Location {
+    double latitude = 0;   // degrees, north positive
+    double longitude = 0;  // degrees, east positive
+};
+
+// Geodesic distance on the WGS-84 ellipsoid, in metres.
+double distanceMeters(const Location& from, const Location& to);
+
+// Authorization states as location services number them.
+enum class AuthorizationStatus {
+    notDetermined = 0,
+    restricted = 1,
+    denied = 2,
+    authorizedAlways = 3,
+    authorizedWhenInUse = 4,
+};
+
+struct LocationError {
+    std::string localizedDescription;
+};
+
+// Receives a location manager's answers, always on the main queue.
+class LocationManagerDelegate {
+  public:
+    virtual ~LocationManagerDelegate() = default;
+    virtual void didUpdateLocations(const std::vector<Location>& locations) = 0;
+    virtual void didFailWithError(const LocationError& error) = 0;
+};
+
+// The device's location services as one client sees them.
+class LocationManager {
+  public:
+    virtual ~LocationManager() = default;
+
+    [[nodiscard]] virtual AuthorizationStatus authorizationStatus() const = 0;
+    [[nodiscard]] virtual bool isAuthorizedForWidgetUpdates() const = 0;
+    // The last known fix, if the system has one.
+    [[nodiscard]] virtual std::optional<Location> location() const = 0;
+    // One fix, answered later by one of the delegate's callbacks (or, for a service that never
+    // answers, not at all).
+    virtual void requestLocation() = 0;
+    virtual void startUpdatingLocation() = 0;
+    virtual void stopUpdatingLocation() = 0;
+
+    // The delegate is not owned; it must outlive the manager's pending answers.
+    void setDelegate(LocationManagerDelegate* delegate) { delegate_ = delegate; }
+
+  protected:
+    [[nodiscard]] LocationManagerDelegate* delegate() const { return delegate_; }
+
+  private:
+    LocationManagerDelegate* delegate_ = nullptr;
+};
+
+// The stand-in services a device can be set up with.
+struct LocationService {
+    enum class Kind { fixed, denied, undetermined, unavailable, silent };
+    Kind kind = Kind::undetermined;
+    Location fix;  // the position of a fixed service
+
+    // "fixed:LAT,LNG", "denied", "undetermined", "unavailable" or "silent"; absent otherwise.
+    static std::optional<LocationService> parse(std::string_view text);
+    // "LAT,LNG" with latitude within ±90 and longitude within ±180.
+    static std::optional<Location> parseCoordinates(std::string_view text);
+};
+
+std::unique_ptr<LocationManager> makeLocationManager(const LocationService& service,
+                                                     MainQueue& queue);
+
+}  // namespace lunoval

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <utility>
+
+#include "platform/date.hpp"
+
+namespace lunoval {
+
+// The main thread's queue: blocks run one at a time, in order, on the thread that drains it.
+class MainQueue {
+  public:
+    using Block = std::function<void()>;
+
+    virtual ~MainQueue() = default;
+    virtual void async(Block block) = 0;
+    virtual void asyncAfter(double seconds, Block block) = 0;
+};
+
+// Blocks due at instants of a clock, run by whoever drains the queue.
+class ScheduledBlocks {
+  public:
+    void add(double dueSeconds, MainQueue::Block block);
+    // The earliest block due at or before `nowSeconds`, if any; ties keep their order.
+    MainQueue::Block takeDue(double nowSeconds);
+    [[nodiscard]] bool empty() const { return blocks_.empty(); }
+    [[nodiscard]] double nextDue() const { return blocks_.begin()->first.first; }
+
+  private:
+    std::map<std::pair<double, unsigned long>, MainQueue::Block> blocks_;
+    unsigned long added_ = 0;
+};
+
+// The production queue: drained on the main thread in real time.
+class EventLoopQueue : public MainQueue {
+  public:
+    void async(Block block) override;
+    void asyncAfter(double seconds, Block block) override;
+    // Runs blocks as they fall due until `done` holds or nothing is left to run.
+    void runUntil(const std::function<bool()>& done);
+
+  private:
+    ScheduledBlocks blocks_;
+};
+
+// A queue for tests: time moves only when told, and the device clock moves with it, so an
+// 8-second time-out takes no time at all.
+class ManualQueue : public MainQueue {
+  public:
+    explicit ManualQueue(Date start);
+    ~ManualQueue() override;
+    ManualQueue(const ManualQueue&) = delete;
+    ManualQueue& operator=(const ManualQueue&) = delete;
+
+    void async(Block block) override;
+    void asyncAfter(double seconds, Block block) override;
+    // Runs everything due now, including blocks those blocks add for now.
+    void runDue();
+    // Moves the clock forward, running each block at its due instant.
+    void advance(double seconds);
+    [[nodiscard]] Date now() const { return now_; }
+
+  private:
+    Date now_;
+    ScheduledBlocks blocks_;
+};
+
+}  // namespace lunoval

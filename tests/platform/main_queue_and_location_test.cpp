@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "platform/device.hpp"
+#include "platform/location_services.hpp"
+#include "platform/main_queue.hpp"
+
+namespace lunoval {
+namespace {
+
+const Date kStart = Date::fromTimeIntervalSince1970(1760000000);
+
+TEST(ManualQueue, RunsDelayedBlocksOnlyWhenTheClockReachesThem) {
+    ManualQueue queue(kStart);
+    std::vector<std::string> ran;
+    queue.asyncAfter(8.0, [&] {
+        ran.push_back("time-out at " +
+                      std::to_string(device::now().timeIntervalSince1970() - 1760000000));
+    });
+    queue.async([&] {
+        ran.emplace_back("first");
+        queue.async([&] { ran.emplace_back("added while running"); });
+    });
+    queue.async([&] { ran.emplace_back("second"); });
+    queue.runDue();
+    EXPECT_EQ(ran, (std::vector<std::string>{"first", "second", "added while running"}));
+    queue.advance(7.999);
+    EXPECT_EQ(ran.size(), 3U);
+    queue.advance(0.001);
+    ASSERT_EQ(ran.size(), 4U);
+    EXPECT_EQ(ran.back(), "time-out at 8.000000");
+    EXPECT_EQ(device::now(), kStart.addingTimeInterval(8));
+}
+
+TEST(EventLoopQueue, RunsUntilDoneOrOutOfWork) {
+    EventLoopQueue queue;
+    int ran = 0;
+    queue.asyncAfter(0.02, [&] { ++ran; });
+    queue.asyncAfter(5.0, [&] { ++ran; });
+    queue.runUntil([&] { return ran == 1; });
+    EXPECT_EQ(ran, 1);
+}
+
+TEST(Distance, IsGeodesicOnTheEllipsoid) {
+    // One degree along the equator and along the meridian from it, on WGS-84.
+    EXPECT_NEAR(distanceMeters({0, 0}, {0, 1}), 111319.49, 0.01);
+    EXPECT_NEAR(distanceMeters({0, 0}, {1, 0}), 110574.39, 0.01);
+    // Across the pole between two meridians half a turn apart: twice the arc from 89.5 to 90.
+    EXPECT_NEAR(distanceMeters({89.5, 10}, {89.5, -170}), 2 * 55847.0, 100);
+}
+
+TEST(LocationService, ReadsTheDeviceOption) {
+    EXPECT_EQ(LocationService::parse("silent")->kind, LocationService::Kind::silent);
+    const auto fixed = LocationService::parse("fixed:48.85,-2.5");
+    ASSERT_TRUE(fixed);
+    EXPECT_EQ(fixed->fix.latitude, 48.85);
+    EXPECT_EQ(fixed->fix.longitude, -2.5);
+    for (const char* bad : {"", "fixed", "fixed:", "fixed:91,0", "fixed:0,181", "fixed:1",
+                            "fixed:1,2,3", "fixed:nan,0", "geoclue?", "Denied"}) {
+        EXPECT_FALSE(LocationService::parse(bad)) << bad;
+    }
+}
+
+struct Recorder : LocationManagerDelegate {
+    void didUpdateLocations(const std::vector<Location>& locations) override {
+        answers.push_back("fix " + std::to_string(locations.back().latitude));
+    }
+    void didFailWithError(const LocationError&) override { answers.emplace_back("error"); }
+    std::vector<std::string> answers;
+};
+
+struct StandInCase {
+    const char* service;
+    AuthorizationStatus status;
+    bool widgetAuthorized;
+    bool hasLastLocation;
+    std::vector<std::string> answers;
+};
+
+class StandInServices : public ::testing::TestWithParam<StandInCase> {};
+
+TEST_P(StandInServices, AnswerOnTheMainQueueAsConfigured) {
+    const auto& c = GetParam();
+    ManualQueue queue(kStart);
+    Recorder recorder;
+    const auto manager = makeLocationManager(*LocationService::parse(c.service), queue);
+    manager->setDelegate(&recorder);
+    EXPECT_EQ(manager->authorizationStatus(), c.status);
+    EXPECT_EQ(manager->isAuthorizedForWidgetUpdates(), c.widgetAuthorized);
+    EXPECT_EQ(manager->location().has_value(), c.hasLastLocation);
+    manager->requestLocation();
+    EXPECT_TRUE(recorder.answers.empty()) << "answers must come later, from the queue";
+    queue.advance(60);
+    EXPECT_EQ(recorder.answers, c.answers);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Services, StandInServices,
+    ::testing::Values(
+        StandInCase{
+            "fixed:12.5,3", AuthorizationStatus::authorizedAlways, true, true, {"fix 12.500000"}},
+        StandInCase{"denied", AuthorizationStatus::denied, false, false, {"error"}},
+        StandInCase{"undetermined", AuthorizationStatus::notDetermined, false, false, {"error"}},
+        StandInCase{"unavailable", AuthorizationStatus::authorizedAlways, true, false, {"error"}},
+        StandInCase{"silent", AuthorizationStatus::authorizedAlways, true, false, {}}));
+
+}  // namespace
+}  // namespace lunoval
