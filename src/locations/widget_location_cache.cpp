@@ -1,0 +1,78 @@
+#include "locations/widget_location_cache.hpp"
+
+#include "platform/device.hpp"
+#include "platform/log.hpp"
+#include "platform/number_text.hpp"
+
+namespace lunoval {
+
+namespace {
+constexpr const char* kLatitude = "WidgetLastLocationLat";
+constexpr const char* kLongitude = "WidgetLastLocationLng";
+constexpr const char* kTimestamp = "WidgetLastLocationTimestamp";
+constexpr const char* kRequestTimestamp = "WidgetLastLocationRequestTimestamp";
+
+double nowSeconds() {
+    return device::now().timeIntervalSince1970();
+}
+}  // namespace
+
+UserDefaults appGroupDefaults() {
+    return UserDefaults::suite("group.com.orvane.lunoval");
+}
+
+namespace widgetcache {
+
+void saveLocationToCache(const UserDefaults& defaults, const Location& location) {
+    defaults.setDouble(kLatitude, location.latitude);
+    defaults.setDouble(kLongitude, location.longitude);
+    defaults.setDouble(kTimestamp, nowSeconds());
+}
+
+void markLocationRequest(const UserDefaults& defaults) {
+    defaults.setDouble(kRequestTimestamp, nowSeconds());
+}
+
+bool shouldRequestLocation(const UserDefaults& defaults) {
+    const auto last = defaults.doubleForKey(kRequestTimestamp);
+    return !last || nowSeconds() - *last >= kRequestThrottleSeconds;
+}
+
+std::optional<Location> cachedLocation(const UserDefaults& defaults,
+                                       std::optional<Location> current) {
+    const auto timestamp = defaults.doubleForKey(kTimestamp);
+    if (!timestamp) {
+        if (current) {
+            log::line("✅ Widget: No cache, using current location and saving it");
+            saveLocationToCache(defaults, *current);
+        }
+        return current;
+    }
+    const Location cached{defaults.doubleForKey(kLatitude).value_or(0),
+                          defaults.doubleForKey(kLongitude).value_or(0)};
+    const double age = nowSeconds() - *timestamp;
+    if (!(age < kMaximumAgeSeconds)) {
+        log::line("⚠️ Widget: Cached location is too old (" + doubleDescription(age / 3600) +
+                  " hours)");
+        if (current) {
+            log::line("✅ Widget: Cache expired, using current location and updating cache");
+            saveLocationToCache(defaults, *current);
+        }
+        return current;
+    }
+    if (current) {
+        const double distance = distanceMeters(*current, cached);
+        if (distance > kMoveThresholdMeters) {
+            log::line("⚠️ Widget: User moved " + doubleDescription(distance / 1000) +
+                      "km, updating cache with new location");
+            saveLocationToCache(defaults, *current);
+            return current;
+        }
+    }
+    log::line("✅ Widget: Using cached location from " + doubleDescription(age / 60) +
+              " minutes ago");
+    return cached;
+}
+
+}  // namespace widgetcache
+}  // namespace lunoval

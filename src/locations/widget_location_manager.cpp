@@ -1,0 +1,124 @@
+#include "locations/widget_location_manager.hpp"
+
+#include "locations/widget_location_cache.hpp"
+#include "platform/device.hpp"
+#include "platform/log.hpp"
+#include "platform/number_text.hpp"
+
+namespace lunoval {
+
+namespace {
+
+std::string coordinates(const Location& location) {
+    return doubleDescription(location.latitude) + ", " + doubleDescription(location.longitude);
+}
+
+bool isAuthorized(AuthorizationStatus status) {
+    return status == AuthorizationStatus::authorizedAlways ||
+           status == AuthorizationStatus::authorizedWhenInUse;
+}
+
+}  // namespace
+
+WidgetLocationManager::WidgetLocationManager(std::unique_ptr<LocationManager> locationManager,
+                                             UserDefaults defaults)
+    : locationManager_(std::move(locationManager)), defaults_(std::move(defaults)) {
+    if (locationManager_) locationManager_->setDelegate(this);
+}
+
+WidgetLocationManager::~WidgetLocationManager() {
+    if (locationManager_) locationManager_->setDelegate(nullptr);
+}
+
+void WidgetLocationManager::answer(std::optional<Location> location, bool success) const {
+    if (handler_) handler_(location, success);
+}
+
+void WidgetLocationManager::requestLocation(bool allowFreshRequest, Completion completion) {
+    if (!locationManager_) {
+        log::line("⚠️ Widget: Location manager not initialized");
+        completion(std::nullopt, false, false);
+        return;
+    }
+    const bool authorized = locationManager_->isAuthorizedForWidgetUpdates();
+    const auto status = static_cast<int>(locationManager_->authorizationStatus());
+    handler_ = [completion, authorized](std::optional<Location> location, bool success) {
+        completion(location, success, authorized);
+    };
+    log::line("✅ Widget: Authorization - App: " + std::to_string(status) +
+              ", Widget: " + (authorized ? "true" : "false"));
+    if (!authorized) {
+        log::line("⚠️ Widget: Not authorized for widget updates");
+        completion(std::nullopt, false, false);
+        return;
+    }
+    if (const auto system = locationManager_->location()) {
+        log::line("✅ Widget: Using system cached location: " + coordinates(*system));
+        widgetcache::saveLocationToCache(defaults_, *system);
+        answer(system, true);
+        return;
+    }
+    resolveWithoutSystemFix(allowFreshRequest);
+}
+
+void WidgetLocationManager::resolveWithoutSystemFix(bool allowFreshRequest) {
+    const auto cached = widgetcache::cachedLocation(defaults_, std::nullopt);
+    if (!cached) {
+        if (!allowFreshRequest) {
+            log::line("⚠️ Widget: No cached location and cannot request fresh");
+            answer(std::nullopt, true);
+        } else if (widgetcache::shouldRequestLocation(defaults_)) {
+            log::line("📍 Widget: No cached location, requesting fresh location...");
+            widgetcache::markLocationRequest(defaults_);
+            locationManager_->requestLocation();
+        } else {
+            log::line("⏸️ Widget: Location request throttled, using nil");
+            answer(std::nullopt, true);
+        }
+        return;
+    }
+    log::line("✅ Widget: Using widget cached location: " + coordinates(*cached));
+    answer(cached, true);
+    if (!allowFreshRequest) return;
+    if (!widgetcache::shouldRequestLocation(defaults_)) {
+        const double last =
+            defaults_.doubleForKey("WidgetLastLocationRequestTimestamp").value_or(0);
+        const auto minutes =
+            static_cast<long long>((device::now().timeIntervalSince1970() - last) / 60);
+        log::line("⏸️ Widget: Skipping location request (throttled, last request " +
+                  std::to_string(minutes) + " minutes ago)");
+        return;
+    }
+    log::line("📍 Widget: Requesting fresh location in background (throttle check passed)...");
+    widgetcache::markLocationRequest(defaults_);
+    locationManager_->requestLocation();
+}
+
+void WidgetLocationManager::didUpdateLocations(const std::vector<Location>& locations) {
+    if (locations.empty()) {
+        answer(std::nullopt, true);
+        return;
+    }
+    const Location& latest = locations.back();
+    log::line("✅ Widget: Received location: " + coordinates(latest));
+    widgetcache::saveLocationToCache(defaults_, latest);
+    answer(latest, true);
+}
+
+void WidgetLocationManager::didFailWithError(const LocationError& error) {
+    log::line("⚠️ Widget Location Error: " + error.localizedDescription);
+    if (locationManager_ && isAuthorized(locationManager_->authorizationStatus())) {
+        const auto cached = widgetcache::cachedLocation(defaults_, locationManager_->location());
+        if (!cached) {
+            log::line("⚠️ Widget: No valid cached location available");
+            answer(std::nullopt, true);
+            return;
+        }
+        log::line("✅ Widget: Using cached location as fallback");
+        answer(cached, true);
+        return;
+    }
+    answer(std::nullopt, false);
+}
+
+}  // namespace lunoval

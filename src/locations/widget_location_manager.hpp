@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/location_services.hpp"
+#include "platform/user_defaults.hpp"
+
+namespace lunoval {
+
+// Settles one place for one widget request: the system's last fix, the widget's cache, or a
+// fresh fix at most once an hour. Lives for one request; answers on the main queue.
+class WidgetLocationManager : public LocationManagerDelegate {
+  public:
+    using Completion =
+        std::function<void(std::optional<Location> location, bool success, bool authorized)>;
+
+    // `locationManager` may be null when the platform cannot make one.
+    WidgetLocationManager(std::unique_ptr<LocationManager> locationManager, UserDefaults defaults);
+    ~WidgetLocationManager() override;
+    WidgetLocationManager(const WidgetLocationManager&) = delete;
+    WidgetLocationManager& operator=(const WidgetLocationManager&) = delete;
+
+    // Every path answers before returning when fresh requests are not allowed.
+    void requestLocation(bool allowFreshRequest, Completion completion);
+
+    [[nodiscard]] LocationManager* locationManager() const { return locationManager_.get(); }
+
+    void didUpdateLocations(const std::vector<Location>& locations) override;
+    void didFailWithError(const LocationError& error) override;
+
+  private:
+    using Handler = std::function<void(std::optional<Location> location, bool success)>;
+
+    void answer(std::optional<Location> location, bool success) const;
+    void resolveWithoutSystemFix(bool allowFreshRequest);
+
+    std::unique_ptr<LocationManager> locationManager_;
+    UserDefaults defaults_;
+    // Kept after a call: a later callback answers again, and the caller takes only the first.
+    Handler handler_;
+};
+
+}  // namespace lunoval
