@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/location_services.hpp"
+#include "platform/main_queue.hpp"
+#include "platform/user_defaults.hpp"
+#include "platform/widgetkit.hpp"
+#include "timeline/moon_widget_data.hpp"
+
+namespace lunoval {
+
+// Answers the widget host for all four widgets: a placeholder, a snapshot, or a timeline of
+// one entry that the host reloads when it sees fit. Holds no state of its own.
+class MoonWidgetTimelineProvider {
+  public:
+    using MakeLocationManager = std::function<std::unique_ptr<LocationManager>()>;
+
+    MoonWidgetTimelineProvider(MainQueue& queue, MakeLocationManager makeLocationManager,
+                               UserDefaults defaults);
+
+    [[nodiscard]] MoonWidgetEntry placeholder(const widgetkit::Context& context) const;
+    // Never waits: a preview answers at once and a snapshot asks for no fresh fix.
+    void snapshot(const ConfigurationAppIntent& configuration, const widgetkit::Context& context,
+                  const std::function<void(MoonWidgetEntry)>& completion) const;
+    // Races the location fetch against an 8-second time-out on the main queue; whichever comes
+    // first answers, once.
+    void timeline(const ConfigurationAppIntent& configuration, const widgetkit::Context& context,
+                  std::function<void(widgetkit::Timeline<MoonWidgetEntry>)> completion) const;
+
+  private:
+    MainQueue& queue_;
+    MakeLocationManager makeLocationManager_;
+    UserDefaults defaults_;
+};
+
+// The host's standard description of an instant: "2025-10-09 08:00:00 +0000".
+std::string standardDescription(Date date);
+
+}  // namespace lunoval

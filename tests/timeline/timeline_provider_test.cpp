@@ -1,0 +1,171 @@
+#include "timeline/moon_widget_timeline_provider.hpp"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <filesystem>
+
+#include "platform/device.hpp"
+
+namespace lunoval {
+namespace {
+
+namespace fs = std::filesystem;
+const Date kStart = Date::fromTimeIntervalSince1970(1760000000);  // 2025-10-09 08:53:20 UTC
+
+// Authorized, no last fix, answers a request after a delay.
+class LateLocationManager : public LocationManager {
+  public:
+    LateLocationManager(MainQueue& queue, double delay) : queue_(queue), delay_(delay) {}
+    [[nodiscard]] AuthorizationStatus authorizationStatus() const override {
+        return AuthorizationStatus::authorizedAlways;
+    }
+    [[nodiscard]] bool isAuthorizedForWidgetUpdates() const override { return true; }
+    [[nodiscard]] std::optional<Location> location() const override { return std::nullopt; }
+    void requestLocation() override {
+        queue_.asyncAfter(delay_, [this] {
+            if (delegate() != nullptr) delegate()->didUpdateLocations({{-33.87, 151.21}});
+        });
+    }
+    void startUpdatingLocation() override {}
+    void stopUpdatingLocation() override {}
+
+  private:
+    MainQueue& queue_;
+    double delay_;
+};
+
+class TimelineProvider : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        folder_ = fs::temp_directory_path() /
+                  ("lunoval-provider-" + std::to_string(::getpid()) + "-" +
+                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(folder_);
+        device::setTimeZone(TimeZone::named("Europe/Paris"));
+    }
+    void TearDown() override {
+        device::setTimeZone(std::nullopt);
+        fs::remove_all(folder_);
+    }
+
+    [[nodiscard]] UserDefaults defaults() const { return UserDefaults(folder_ / "group.plist"); }
+
+    MoonWidgetTimelineProvider provider(const char* service) {
+        return {queue_,
+                [this, service] {
+                    ++managersMade_;
+                    return makeLocationManager(*LocationService::parse(service), queue_);
+                },
+                defaults()};
+    }
+
+    struct Result {
+        std::optional<widgetkit::Timeline<MoonWidgetEntry>> timeline;
+        std::string log;
+    };
+
+    // Runs one timeline request, letting `seconds` pass on the queue.
+    Result timeline(const MoonWidgetTimelineProvider& provider, double seconds) {
+        Result result;
+        ::testing::internal::CaptureStdout();
+        provider.timeline({}, {}, [&](auto timeline) { result.timeline = std::move(timeline); });
+        queue_.advance(seconds);
+        result.log = ::testing::internal::GetCapturedStdout();
+        return result;
+    }
+
+    static bool logged(const Result& result, std::string_view line) {
+        return result.log.find(std::string(line) + "\n") != std::string::npos;
+    }
+
+    fs::path folder_;
+    ManualQueue queue_{kStart};
+    int managersMade_ = 0;
+};
+
+TEST_F(TimelineProvider, NotAuthorizedGivesThePermissionRecordAndRetries) {
+    const auto result = timeline(provider("denied"), 1);
+    ASSERT_TRUE(result.timeline);
+    ASSERT_EQ(result.timeline->entries.size(), 1U);
+    const auto& entry = result.timeline->entries.front();
+    EXPECT_EQ(entry.date, kStart);
+    ASSERT_TRUE(entry.widgetData);
+    EXPECT_TRUE(entry.widgetData->needsLocationPermission);
+    EXPECT_EQ(entry.widgetData->timezone, "Europe/Paris");
+    EXPECT_EQ(result.log,
+              "🔄 Widget: Starting timeline update at 2025-10-09 08:53:20 +0000\n"
+              "✅ Widget: Authorization - App: 2, Widget: false\n"
+              "⚠️ Widget: Not authorized for widget updates\n"
+              "⚠️ Widget: Not authorized for widget updates - user needs to approve\n"
+              "ℹ️ Widget: Will retry in 15 minutes\n"
+              "📅 Widget: Next update at 2025-10-09 09:08:20 +0000\n");
+    // The time-out finds the request answered and stays silent.
+    EXPECT_EQ(timeline(provider("denied"), 10).log.find("timed out"), std::string::npos);
+}
+
+TEST_F(TimelineProvider, AFixedLocationIsFilledInTheDeviceZoneAndCached) {
+    const auto result = timeline(provider("fixed:48.8566,2.3522"), 1);
+    const auto& record = result.timeline->entries.front().widgetData;
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->timezone, "Europe/Paris");
+    EXPECT_FALSE(record->locationName);
+    EXPECT_TRUE(record->sunrise && record->currentMoonPhase);
+    EXPECT_TRUE(logged(result, "📍 Widget: Using current location: 48.8566, 2.3522"));
+    EXPECT_TRUE(logged(result, "   Using device timezone: Europe/Paris"));
+    EXPECT_FALSE(logged(result, "ℹ️ Widget: Will retry in 15 minutes"));
+    EXPECT_EQ(defaults().doubleForKey("WidgetLastLocationLat"), 48.8566);
+}
+
+TEST_F(TimelineProvider, ASilentServiceTimesOutToTheAppSavedPlace) {
+    defaults().setData("widgetData",
+                       R"({"latitude": -33.87, "longitude": 151.21, "timezone": "Australia/Sydney",
+                           "locationName": "Sydney"})");
+    const auto early = timeline(provider("silent"), 7.9);
+    EXPECT_FALSE(early.timeline);
+    ::testing::internal::CaptureStdout();
+    queue_.advance(0.1);
+    const std::string log = ::testing::internal::GetCapturedStdout();
+    EXPECT_NE(log.find("⏱️ Widget: Location fetch timed out\n"
+                       "ℹ️ Widget: Authorized but location not currently available\n"),
+              std::string::npos)
+        << log;
+    EXPECT_NE(log.find("✅ Widget: Using app-saved location as fallback: -33.87, 151.21"),
+              std::string::npos)
+        << log;
+}
+
+TEST_F(TimelineProvider, ASilentServiceWithoutASavedPlaceGivesAnEmptyEntry) {
+    const auto result = timeline(provider("silent"), 8);
+    ASSERT_TRUE(result.timeline);
+    EXPECT_FALSE(result.timeline->entries.front().widgetData);
+    EXPECT_TRUE(logged(result, "ℹ️ Widget: Will retry in 15 minutes"));
+}
+
+TEST_F(TimelineProvider, ALateLocationStillReachesTheCache) {
+    MoonWidgetTimelineProvider late(
+        queue_, [this] { return std::make_unique<LateLocationManager>(queue_, 10); }, defaults());
+    const auto result = timeline(late, 20);
+    ASSERT_TRUE(result.timeline);
+    EXPECT_FALSE(result.timeline->entries.front().widgetData);
+    EXPECT_TRUE(logged(result, "✅ Widget: Received location: -33.87, 151.21"));
+    EXPECT_EQ(defaults().doubleForKey("WidgetLastLocationLng"), 151.21);
+}
+
+TEST_F(TimelineProvider, PreviewsAndPlaceholdersNeverAskForALocation) {
+    const auto provider = this->provider("fixed:1,2");
+    std::optional<MoonWidgetEntry> preview;
+    provider.snapshot({}, {.isPreview = true}, [&](auto entry) { preview = entry; });
+    ASSERT_TRUE(preview);
+    EXPECT_TRUE(preview->widgetData->isPlaceholder);
+    EXPECT_TRUE(provider.placeholder({}).widgetData->isPlaceholder);
+    EXPECT_EQ(managersMade_, 0);
+
+    std::optional<MoonWidgetEntry> snapshot;
+    provider.snapshot({}, {}, [&](auto entry) { snapshot = entry; });
+    ASSERT_TRUE(snapshot && snapshot->widgetData);  // answered before returning
+    EXPECT_EQ(snapshot->widgetData->latitude, 1);
+    EXPECT_EQ(managersMade_, 1);
+}
+
+}  // namespace
+}  // namespace lunoval
