@@ -70,6 +70,26 @@ void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
                    "The device's current instant: ISO 8601 with Z or an offset, or @UNIX");
     app.add_option("--timezone", options.timeZone, "The device's time zone, such as Europe/Paris");
     app.add_option("--locale", options.locale, "The device's locale, such as de_DE");
+    app.add_option("--location", options.location,
+                   "The device's position LAT,LNG (a fixed location service)");
+    app.add_option("--location-service", options.locationService,
+                   "fixed:LAT,LNG, denied, undetermined, unavailable or silent");
+}
+
+LocationService locationService(const DeviceOptions& options) {
+    if (options.locationService) {
+        auto service = LocationService::parse(*options.locationService);
+        if (!service) {
+            throw UsageError("unknown location service '" + *options.locationService + "'");
+        }
+        return *service;
+    }
+    if (options.location) {
+        const auto fix = LocationService::parseCoordinates(*options.location);
+        if (!fix) throw UsageError("cannot read the location '" + *options.location + "'");
+        return {LocationService::Kind::fixed, *fix};
+    }
+    return {LocationService::Kind::undetermined};
 }
 
 void applyDeviceOptions(const DeviceOptions& options) {
@@ -84,6 +104,7 @@ void applyDeviceOptions(const DeviceOptions& options) {
         device::setTimeZone(std::move(*zone));
     }
     if (options.locale) device::setLocaleIdentifier(*options.locale);
+    (void)locationService(options);  // rejects a bad service before anything runs
 }
 
 }  // namespace lunoval::cli

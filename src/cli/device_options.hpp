@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "platform/date.hpp"
+#include "platform/location_services.hpp"
 
 namespace lunoval::cli {
 
@@ -14,12 +15,18 @@ struct DeviceOptions {
     std::optional<std::string> at;
     std::optional<std::string> timeZone;
     std::optional<std::string> locale;
+    std::optional<std::string> location;
+    std::optional<std::string> locationService;
 };
 
 void addDeviceOptions(CLI::App& app, DeviceOptions& options);
 
 // Fixes the device clock, zone and locale for the run; throws UsageError on a bad value.
 void applyDeviceOptions(const DeviceOptions& options);
+
+// The location service the device options choose: `--location LAT,LNG` is a fixed one; without
+// either option no service has been set up for the widget yet.
+LocationService locationService(const DeviceOptions& options);
 
 // "@<seconds since 1970>" or ISO 8601 with "Z" or an offset, such as 2026-03-29T00:30:00+01:00.
 std::optional<Date> parseInstant(const std::string& text);

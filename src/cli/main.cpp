@@ -4,7 +4,9 @@
 #include <iostream>
 
 #include "cli/device_options.hpp"
+#include "cli/eclipses_command.hpp"
 #include "cli/record_command.hpp"
+#include "cli/timeline_command.hpp"
 
 namespace {
 
@@ -27,11 +29,17 @@ int main(int argc, char** argv) {
     addDeviceOptions(app, device);
     RecordOptions record;
     auto* recordCommand = addRecordCommand(app, record);
+    EclipsesOptions eclipses;
+    auto* eclipsesCommand = addEclipsesCommand(app, eclipses);
+    TimelineOptions timeline;
+    auto* timelineCommand = addTimelineCommand(app, timeline);
 
     try {
         app.parse(argc, argv);
         applyDeviceOptions(device);
         if (recordCommand->parsed()) return runRecord(record);
+        if (eclipsesCommand->parsed()) return runEclipses(eclipses);
+        if (timelineCommand->parsed()) return runTimeline(timeline, device);
         return kUsageError;
     } catch (const CLI::Success& e) {
         return app.exit(e);

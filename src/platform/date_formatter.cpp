@@ -44,6 +44,13 @@ std::string DateFormatter::shortTime(Date date) const {
     return format(*formatter, date, timeZone);
 }
 
+std::string DateFormatter::mediumDateShortTime(Date date) const {
+    const std::unique_ptr<icu::DateFormat> formatter(icu::DateFormat::createDateTimeInstance(
+        icu::DateFormat::kMedium, icu::DateFormat::kShort, icu::Locale(localeIdentifier.c_str())));
+    if (!formatter) return {};
+    return format(*formatter, date, timeZone);
+}
+
 std::string DateFormatter::pattern(Date date, std::string_view pattern) const {
     UErrorCode status = U_ZERO_ERROR;
     icu::SimpleDateFormat formatter(unicode(pattern), icu::Locale(localeIdentifier.c_str()),
@@ -52,19 +59,31 @@ std::string DateFormatter::pattern(Date date, std::string_view pattern) const {
     return format(formatter, date, timeZone);
 }
 
-std::optional<Date> parseUTC(std::string_view text, std::string_view pattern) {
+UTCDateParser::UTCDateParser(std::string_view pattern) {
     UErrorCode status = U_ZERO_ERROR;
-    icu::SimpleDateFormat formatter(unicode(pattern), icu::Locale("en", "US"), status);
-    if (U_FAILURE(status)) return std::nullopt;
-    formatter.setLenient(false);
-    formatter.adoptTimeZone(icu::TimeZone::getGMT()->clone());
+    auto formatter =
+        std::make_unique<icu::SimpleDateFormat>(unicode(pattern), icu::Locale("en", "US"), status);
+    if (U_FAILURE(status)) return;
+    formatter->setLenient(false);
+    formatter->adoptTimeZone(icu::TimeZone::getGMT()->clone());
+    formatter_ = std::move(formatter);
+}
+
+UTCDateParser::~UTCDateParser() = default;
+
+std::optional<Date> UTCDateParser::parse(std::string_view text) const {
+    if (!formatter_) return std::nullopt;
     const icu::UnicodeString input = unicode(text);
     icu::ParsePosition position(0);
-    const UDate parsed = formatter.parse(input, position);
+    const UDate parsed = formatter_->parse(input, position);
     if (position.getErrorIndex() >= 0 || position.getIndex() != input.length()) {
         return std::nullopt;
     }
     return Date::fromTimeIntervalSince1970(parsed / kMillisecondsPerSecond);
+}
+
+std::optional<Date> parseUTC(std::string_view text, std::string_view pattern) {
+    return UTCDateParser(pattern).parse(text);
 }
 
 }  // namespace lunoval

@@ -2,6 +2,7 @@
 
 #include "astro/moon_position.hpp"
 #include "astro/sun_times.hpp"
+#include "eclipse/eclipse_parser.hpp"
 #include "phases/moon_phase_data_manager.hpp"
 #include "platform/calendar.hpp"
 #include "platform/localization.hpp"
@@ -15,6 +16,10 @@ AstronomySources AstronomySources::shared() {
         .nextPhase =
             [](Date date, const TimeZone& zone) {
                 return MoonPhaseDataManager::shared().nextPhase(date, zone);
+            },
+        .eclipseInfo =
+            [](Date date, const TimeZone& zone, double latitude, double longitude) {
+                return EclipseParser::shared().eclipseInfo(date, zone, latitude, longitude);
             },
     };
 }
@@ -72,7 +77,7 @@ void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional
     record.currentMoonPhase =
         Solar::moonPhase(date, *zone, true, tiltDate, latitude, longitude, sources.phaseTable);
     fillNextPhase(record, date, *zone, tiltDate, sources);
-    // The eclipse of the local day comes from the eclipse catalogue once it is wired in.
+    record.eclipseInfo = sources.eclipseInfo(date, *zone, latitude, longitude);
 }
 
 }  // namespace lunoval

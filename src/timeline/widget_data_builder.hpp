@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "astro/moon_phase.hpp"
+#include "eclipse/eclipse_event.hpp"
 #include "phases/moon_phase_data_manager.hpp"
 #include "platform/date.hpp"
 #include "timeline/moon_widget_data.hpp"
@@ -13,8 +14,12 @@ namespace lunoval {
 struct AstronomySources {
     Solar::PhaseTable phaseTable;
     std::function<std::optional<NextPhase>(Date, const TimeZone&)> nextPhase;
+    // The eclipse on the local day of the date, with its visibility from the place.
+    std::function<std::shared_ptr<const EclipseEvent>(Date, const TimeZone&, double latitude,
+                                                      double longitude)>
+        eclipseInfo;
 
-    // The process-wide phase tables.
+    // The process-wide phase tables and eclipse catalogue.
     static AstronomySources shared();
 };
 

@@ -1,44 +1,17 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
-#include <array>
-#include <cstdio>
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "run_command.hpp"
+
 namespace {
 
-struct Run {
-    int status;
-    std::string out;
-    std::string err;
-};
+using lunoval::testing::CommandResult;
+using lunoval::testing::runLunoval;
 
-std::string slurp(const std::string& path) {
-    std::string text;
-    if (std::FILE* file = std::fopen(path.c_str(), "r")) {
-        std::array<char, 4096> buffer{};
-        while (const auto n = std::fread(buffer.data(), 1, buffer.size(), file)) {
-            text.append(buffer.data(), n);
-        }
-        std::fclose(file);
-    }
-    return text;
-}
-
-Run lunoval(const std::string& arguments) {
-    const std::string err =
-        testing::TempDir() + "lunoval-stderr-" + std::to_string(getpid()) + ".txt";
-    const std::string command = std::string(LUNOVAL_BINARY) + " " + arguments + " 2>" + err;
-    Run run{};
-    std::FILE* pipe = popen(command.c_str(), "r");
-    std::array<char, 4096> buffer{};
-    while (const auto n = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
-        run.out.append(buffer.data(), n);
-    }
-    run.status = WEXITSTATUS(pclose(pipe));
-    run.err = slurp(err);
-    return run;
+CommandResult lunoval(const std::string& arguments) {
+    return runLunoval(arguments);
 }
 
 TEST(RecordCommand, RejectsBadInputWithOneLineAndStatusTwo) {

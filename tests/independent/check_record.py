@@ -6,8 +6,8 @@ usage: check_record.py LUNOVAL_BINARY [RESOURCE_ROOT]
 Runs the command for a fixed list of several hundred places and instants chosen
 where the two implementations are most likely to part: polar days and nights,
 the date line, zones with odd offsets, daylight-saving days, phase days near
-midnight UTC, month ends and the ends of the tabulated century.  Every field
-of every record is compared; the last line is "N passed, M failed".
+midnight UTC, month ends, the ends of the tabulated century and eclipse days.
+Every field of every record is compared; the last line is "N passed, M failed".
 """
 
 from __future__ import annotations
@@ -135,7 +135,7 @@ def principal_phases_near_midnight(tables: ref.PhaseTables, years) -> list[int]:
     return out
 
 
-def build_cases(tables: ref.PhaseTables) -> list[Case]:
+def build_cases(tables: ref.PhaseTables, catalogue: ref.EclipseCatalogue) -> list[Case]:
     cl = CaseList()
 
     def seeded(section: str) -> random.Random:
@@ -267,6 +267,34 @@ def build_cases(tables: ref.PhaseTables) -> list[Case]:
     cl.add("year-1900", 51.4779, 0.0, "Europe/London", unix(1900, 1, 1), style="isoz")
     cl.add("year-2100", 51.4779, 0.0, "Europe/London", unix(2100, 12, 31, 23, 59, 59), style="isoz")
 
+    # Eclipse days: the total solar eclipse of 2024 from Dallas and, on local 9 April before
+    # sunrise, from Tokyo; the total lunar eclipse of March 2025 from New York (moon up) and
+    # Tokyo (daylight); an annular one by day in Santiago; a hybrid one by day in Perth and
+    # before sunrise in London.
+    for lat, lng, zone, at in [(32.78, -96.80, "America/Chicago", "2024-04-08T09:00:00-05:00"),
+                               (35.68, 139.77, "Asia/Tokyo", "2024-04-09T12:00:00+09:00"),
+                               (35.68, 139.77, "Asia/Tokyo", "2024-04-08T23:59:00+09:00"),
+                               (40.71, -74.01, "America/New_York", "2025-03-14T12:00:00-04:00"),
+                               (35.68, 139.77, "Asia/Tokyo", "2025-03-14T20:00:00+09:00"),
+                               (-33.45, -70.67, "America/Santiago", "2024-10-02T12:00:00-03:00"),
+                               (-31.95, 115.86, "Australia/Perth", "2023-04-20T08:00:00+08:00"),
+                               (51.51, -0.13, "Europe/London", "2023-04-20T20:00:00+01:00")]:
+        cl.cases.append(Case("eclipse-day", lat, lng, zone, at))
+    # Every catalogued eclipse of the 2020s from one of several places, and the catalogue's ends
+    # from the zones farthest from Greenwich.
+    places = [("America/New_York", 40.71, -74.01), ("Europe/Berlin", 52.52, 13.40),
+              ("Asia/Tokyo", 35.68, 139.69), ("Australia/Sydney", -33.87, 151.21),
+              ("America/Santiago", -33.45, -70.67), ("Africa/Cairo", 30.04, 31.24),
+              ("Pacific/Honolulu", 21.31, -157.86), ("Asia/Kolkata", 28.6, 77.2),
+              ("Arctic/Longyearbyen", 78.22, 15.65)]
+    instants = sorted(catalogue.table(ZoneInfo("UTC")))
+    for i, inst in enumerate(t for t in instants if unix(2020, 1, 1) <= t < unix(2030, 1, 1)):
+        zone, lat, lng = places[i % len(places)]
+        cl.add("eclipse-catalogue", lat, lng, zone, ref.start_of_day(inst, ZoneInfo(zone)) + 43200)
+    for inst in instants[:2] + instants[-2:]:
+        for zone, lat, lng in [("Pacific/Kiritimati", 1.87, -157.4), ("Pacific/Pago_Pago", -14.28, -170.7)]:
+            cl.add("eclipse-ends", lat, lng, zone, inst)
+
     # Greenwich.
     rng = seeded("greenwich")
     for k in range(16):
@@ -348,6 +376,8 @@ def compare(case: Case, got: dict, want: dict, stats: Stats) -> list[str]:
                 bad(field, g, w, f"differs by {d:.3g} deg")
         elif field in PHASE_FIELDS:
             problems += compare_phase(field, g, w, stats)
+        elif field == "eclipseInfo":
+            problems += compare_eclipse(g, w, stats)
         elif g != w:
             bad(field, g, w)
     return problems
@@ -373,6 +403,19 @@ def compare_phase(field: str, g, w: dict, stats: Stats) -> list[str]:
                 out.append(f"  {field}.{key}: lunoval={g[key]!r} reference={w[key]!r} (differs by {d:.3g} deg)")
     except TypeError:
         out.append(f"  {field}: lunoval={json.dumps(g)} reference={json.dumps(w)} (not numbers)")
+    return out
+
+
+def compare_eclipse(g, w: dict, stats: Stats) -> list[str]:
+    if not isinstance(g, dict) or set(g) != set(w):
+        return [f"  eclipseInfo: lunoval={json.dumps(g)} reference={json.dumps(w)} (shape differs)"]
+    out = [f"  eclipseInfo.{key}: lunoval={g[key]!r} reference={w[key]!r}"
+           for key in ("key", "title", "isLunarEvent", "isVisible") if g[key] != w[key]]
+    if not isinstance(g["datetime"], (int, float)):
+        return out + [f"  eclipseInfo.datetime: lunoval={g['datetime']!r} (not a number)"]
+    stats.instant = max(stats.instant, abs(g["datetime"] - w["datetime"]))
+    if abs(g["datetime"] - w["datetime"]) > INSTANT_TOL:
+        out.append(f"  eclipseInfo.datetime: lunoval={g['datetime']!r} reference={w['datetime']!r}")
     return out
 
 
@@ -404,7 +447,11 @@ def main(argv: list[str]) -> int:
     if not os.path.isdir(os.path.join(root, ref.PhaseTables.BUNDLE, "Data")):
         print(f"warning: no phase tables under {root}; both sides run without them", file=sys.stderr)
 
-    cases = build_cases(tables)
+    catalogue = ref.EclipseCatalogue(root)
+    if catalogue.text is None:
+        print(f"warning: no eclipse catalogue under {root}; both sides run without it", file=sys.stderr)
+
+    cases = build_cases(tables, catalogue)
     with tempfile.TemporaryDirectory() as home:
         env = dict(os.environ)
         env.update({
@@ -424,7 +471,7 @@ def main(argv: list[str]) -> int:
     passed = failed = 0
     for case, (got, err) in zip(cases, results):
         stats = Stats()
-        want = ref.record(case.lat, case.lng, case.zone, case.instant, tables)
+        want = ref.record(case.lat, case.lng, case.zone, case.instant, tables, catalogue)
         problems = [err] if got is None else compare(case, got, want, stats)
         in_all.merge(stats)
         if problems:

@@ -6,7 +6,8 @@ the engine's evaluation order: Python evaluates left to right, and several
 results (the day number above all) depend on that order.
 
 Only the standard library is used.  Time zones come from the system tz database
-through `zoneinfo`, phase tables are read with `plistlib`.
+through `zoneinfo`, phase tables are read with `plistlib`, the eclipse catalogue
+line by line.
 """
 
 from __future__ import annotations
@@ -15,6 +16,7 @@ import math
 import os
 import plistlib
 import re
+import unicodedata
 from datetime import datetime, timedelta, timezone
 from zoneinfo import ZoneInfo, ZoneInfoNotFoundError
 
@@ -491,6 +493,147 @@ def moon_phase(t: float, zone: ZoneInfo, include_tilt: bool, tilt_date: float | 
     }
 
 
+# ---------------------------------------------------------- eclipse catalogue
+
+ECLIPSE_TITLES = {
+    "TLE": "Total Lunar Eclipse", "PLE": "Partial Lunar Eclipse", "NLE": "Penumbra Lunar Eclipse",
+    "TSE": "Total Solar Eclipse", "PSE": "Partial Solar Eclipse", "ASE": "Annular Solar Eclipse",
+    "HSE": "Hybrid Solar Eclipse",
+}
+NEWLINES = "\n\x0b\x0c\r\x85\u2028\u2029"
+_ECLIPSE_DATE_RE = re.compile(r"(\d\d)/(\d\d)/(\d\d\d\d) (\d\d):(\d\d)\Z")
+
+
+def _blank(c: str, newlines: bool) -> bool:
+    return c == "\t" or unicodedata.category(c) == "Zs" or (newlines and c in NEWLINES)
+
+
+def strip_blanks(text: str, newlines: bool = False) -> str:
+    """Text without tabs and space separators (and newline characters if asked) at its ends."""
+    start, end = 0, len(text)
+    while start < end and _blank(text[start], newlines):
+        start += 1
+    while end > start and _blank(text[end - 1], newlines):
+        end -= 1
+    return text[start:end]
+
+
+def catalogue_lines(text: str) -> list[str]:
+    """Pieces between single newline characters; CR LF leaves an empty piece."""
+    return re.split("[" + NEWLINES + "]", text)
+
+
+def eclipse_instant(text: str) -> float | None:
+    m = _ECLIPSE_DATE_RE.match(text)
+    if not m:
+        return None
+    month, day, year, hour, minute = (int(g) for g in m.groups())
+    try:
+        dt = datetime(year, month, day, hour, minute)
+    except ValueError:
+        return None
+    return float((dt - EPOCH).days * 86400 + (dt - EPOCH).seconds)
+
+
+def parse_catalogue(text: str, zone: ZoneInfo) -> tuple[dict[float, str], list[str]]:
+    """({instant: key}, warnings) of the catalogue text; years are counted in `zone`."""
+    table: dict[float, str] = {}
+    warnings = []
+    for number, raw in enumerate(catalogue_lines(text), start=1):
+        line = strip_blanks(raw)
+        if not line or line.startswith("#"):
+            continue
+        parts = line.split(",")
+        if len(parts) != 2:
+            warnings.append(f"Warning: Invalid entry at line {number}: {line}")
+            continue
+        date_text, key = strip_blanks(parts[0]), strip_blanks(parts[1])
+        if not key:
+            warnings.append(f"Warning: Empty event key at line {number}")
+        elif key not in ECLIPSE_TITLES:
+            warnings.append(f"Warning: Unknown event key '{key}' at line {number}")
+        elif not date_text:
+            warnings.append(f"Warning: Empty date string at line {number}")
+        elif (instant := eclipse_instant(date_text)) is None:
+            warnings.append(f"Warning: Could not parse date '{date_text}' at line {number}")
+        elif not 1900 <= local_ymd(instant, zone)[0] <= 2100:
+            warnings.append(f"Warning: Date {date_text} is outside valid range (1900-2100)")
+        elif instant in table:
+            warnings.append(f"Warning: Duplicate date entry at line {number}: {date_text}")
+        else:
+            table[instant] = key
+    return table, warnings
+
+
+class EclipseCatalogue:
+    """Data/events.txt of the framework bundle, else of the host app; parsed per device zone."""
+
+    BUNDLES = ("com.orvane.Orvane", "com.orvane.Lunoval")
+
+    def __init__(self, resource_root: str):
+        self.text = None
+        for bundle in self.BUNDLES:
+            path = os.path.join(resource_root, bundle, "Data", "events.txt")
+            if not os.path.isfile(path):
+                continue
+            try:
+                with open(path, "rb") as f:
+                    self.text = f.read().decode("utf-8")
+            except (OSError, UnicodeDecodeError):
+                pass  # the first file found is the catalogue, readable or not
+            break
+        self._tables: dict[str, dict[float, str]] = {}
+
+    def table(self, device_zone: ZoneInfo) -> dict[float, str]:
+        if self.text is None or not strip_blanks(self.text, newlines=True):
+            return {}
+        name = str(device_zone)
+        if name not in self._tables:
+            self._tables[name] = parse_catalogue(self.text, device_zone)[0]
+        return self._tables[name]
+
+
+def next_local_day(t: int, zone: ZoneInfo) -> int:
+    wall = local_datetime(t, zone).replace(tzinfo=None) + timedelta(days=1)
+    return resolve_local(zone, wall)
+
+
+def moon_up_for_eclipse(t: float, zone: ZoneInfo, lat: float, lng: float) -> bool:
+    day_start = start_of_day(t, zone)
+    rise = moon_rise_set(day_start, zone, True, lat, lng)
+    set_ = moon_rise_set(day_start, zone, False, lat, lng)
+    if rise is None or set_ is None:
+        return False
+    if rise <= set_:
+        return rise <= t <= set_
+    return day_start <= t <= set_ or rise <= t <= next_local_day(day_start, zone)
+
+
+def sun_up_for_eclipse(t: float, zone: ZoneInfo, lat: float, lng: float) -> bool:
+    rise, set_ = sunrise(t, zone, lat, lng), sunset(t, zone, lat, lng)
+    return rise is not None and set_ is not None and rise <= t <= set_
+
+
+def eclipse_info(t: float, zone: ZoneInfo, lat: float | None, lng: float | None,
+                 table: dict[float, str]) -> dict | None:
+    """The earliest catalogued eclipse on t's local day, with its visibility from the place."""
+    day = local_ymd(t, zone)
+    for instant in sorted(table):
+        if local_ymd(instant, zone) != day:
+            continue
+        key = table[instant]
+        lunar = "LE" in key
+        if lat is None or lng is None:
+            visible = True
+        elif lunar:
+            visible = moon_up_for_eclipse(instant, zone, lat, lng)
+        else:
+            visible = sun_up_for_eclipse(instant, zone, lat, lng)
+        return {"key": key, "title": ECLIPSE_TITLES[key], "datetime": instant,
+                "isLunarEvent": lunar, "isVisible": visible}
+    return None
+
+
 # ------------------------------------------------------------------ record
 
 def when_text(days: int) -> str:
@@ -501,8 +644,10 @@ def when_text(days: int) -> str:
     return f"in {days} days"
 
 
-def record(lat: float, lng: float, zone_name: str, t: float, tables: PhaseTables) -> dict:
-    """The record filled for a device location at instant t (tilt date = t)."""
+def record(lat: float, lng: float, zone_name: str, t: float, tables: PhaseTables,
+           catalogue: EclipseCatalogue | None = None) -> dict:
+    """The record filled for a device location at instant t (tilt date = t), the device being
+    in the place's zone."""
     rec = {
         "latitude": lat, "longitude": lng, "timezone": zone_name, "locationName": None,
         "isPlaceholder": False, "needsLocationPermission": False, "selectedTime": t,
@@ -529,4 +674,6 @@ def record(lat: float, lng: float, zone_name: str, t: float, tables: PhaseTables
         if inst is not None:
             rec["nextMoonPhase"] = moon_phase(inst, zone, True, t, lat, lng, tables)
         rec["nextPhaseTime"] = when_text(days)
+    if catalogue is not None:
+        rec["eclipseInfo"] = eclipse_info(t, zone, lat, lng, catalogue.table(zone))
     return rec

@@ -321,5 +321,45 @@ class PhaseTables(unittest.TestCase):
         self.assertTrue(all(rec[k] is None for k in ("sunrise", "moonrise", "moonAzimuth", "currentMoonPhase")))
 
 
+class EclipseCatalogue(unittest.TestCase):
+    TEXT = ("# greatest eclipse, UTC\r\n04/08/2024 18:17, TSE \n03/14/2025 06:59,TLE\n"
+            "03/14/2025 06:59,PLE\n13/01/2025 00:00,TLE\n01/01/1900 02:00,PSE\nx,tle\n")
+
+    def test_lines_are_counted_over_every_newline_character(self):
+        table, warnings = ref.parse_catalogue(self.TEXT, ZoneInfo("America/New_York"))
+        self.assertEqual(sorted(table.values()), ["TLE", "TSE"])
+        self.assertEqual(warnings, [
+            "Warning: Duplicate date entry at line 5: 03/14/2025 06:59",
+            "Warning: Could not parse date '13/01/2025 00:00' at line 6",
+            "Warning: Date 01/01/1900 02:00 is outside valid range (1900-2100)",
+            "Warning: Unknown event key 'tle' at line 8",
+        ])
+
+    def test_visibility_of_the_total_eclipses_of_2024_and_2025(self):
+        table, _ = ref.parse_catalogue(self.TEXT, ZoneInfo("UTC"))
+        cases = [  # place, zone, an instant of the local day, expected (key, visible)
+            ((32.78, -96.80), "America/Chicago", unix(2024, 4, 8, 17), ("TSE", True)),
+            ((35.68, 139.77), "Asia/Tokyo", unix(2024, 4, 9, 3), ("TSE", False)),
+            ((35.68, 139.77), "Asia/Tokyo", unix(2024, 4, 8, 3), None),
+            ((40.71, -74.01), "America/New_York", unix(2025, 3, 14, 16), ("TLE", True)),
+            ((35.68, 139.77), "Asia/Tokyo", unix(2025, 3, 14, 3), ("TLE", False)),
+            ((None, None), "Asia/Tokyo", unix(2025, 3, 14, 3), ("TLE", True)),
+        ]
+        for (lat, lng), zone, t, want in cases:
+            with self.subTest(zone=zone, t=t):
+                got = ref.eclipse_info(t, ZoneInfo(zone), lat, lng, table)
+                self.assertEqual(None if got is None else (got["key"], got["isVisible"]), want)
+
+    def test_catalogue_is_searched_in_the_framework_then_the_host_app(self):
+        with tempfile.TemporaryDirectory() as root:
+            os.makedirs(os.path.join(root, "com.orvane.Orvane"))
+            data = os.path.join(root, "com.orvane.Lunoval", "Data")
+            os.makedirs(data)
+            with open(os.path.join(data, "events.txt"), "w") as f:
+                f.write("03/14/2025 06:59,TLE\n")
+            self.assertEqual(list(ref.EclipseCatalogue(root).table(ZoneInfo("UTC")).values()), ["TLE"])
+            self.assertEqual(ref.EclipseCatalogue(os.path.join(root, "none")).table(ZoneInfo("UTC")), {})
+
+
 if __name__ == "__main__":
     unittest.main()

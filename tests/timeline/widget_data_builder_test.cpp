@@ -17,10 +17,11 @@ MoonWidgetData place(const char* zone, double latitude = 48.85, double longitude
     return {.latitude = latitude, .longitude = longitude, .timezone = zone};
 }
 
-// Tables that answer the next-phase query with one fixed result.
+// Tables that answer the next-phase query with one fixed result, and know no eclipse.
 AstronomySources answering(std::optional<NextPhase> next) {
     return {.phaseTable = [](int, int) { return std::vector<MoonPhaseEvent>{}; },
-            .nextPhase = [next](Date, const TimeZone&) { return next; }};
+            .nextPhase = [next](Date, const TimeZone&) { return next; },
+            .eclipseInfo = [](Date, const TimeZone&, double, double) { return nullptr; }};
 }
 
 TEST(Fill, AnUnknownZoneLeavesAllButTheTime) {
@@ -29,6 +30,37 @@ TEST(Fill, AnUnknownZoneLeavesAllButTheTime) {
     EXPECT_EQ(record.selectedTime, utc(2025, 10, 7));
     EXPECT_FALSE(record.sunrise || record.moonrise || record.moonAltitude ||
                  record.currentMoonPhase || record.nextPhaseTime);
+}
+
+struct EclipseQuery {
+    Date date;
+    std::string zone;
+    double latitude;
+    double longitude;
+};
+
+TEST(Fill, TakesTheEclipseOfTheLocalDayAtThePlace) {
+    auto total = std::make_shared<const EclipseEvent>(
+        EclipseEvent{.key = "TSE", .datetime = utc(2024, 4, 8, 18, 17), .isVisible = false});
+    std::vector<EclipseQuery> queries;
+    auto sources = answering(std::nullopt);
+    sources.eclipseInfo = [&](Date date, const TimeZone& zone, double latitude, double longitude) {
+        queries.push_back({date, zone.identifier(), latitude, longitude});
+        return total;
+    };
+    auto tokyo = place("Asia/Tokyo", 35.68, 139.77);
+    fill(tokyo, utc(2024, 4, 9, 3), true, std::nullopt, sources);
+    EXPECT_EQ(tokyo.eclipseInfo, total);
+    ASSERT_EQ(queries.size(), 1U);
+    EXPECT_EQ(queries[0].date, utc(2024, 4, 9, 3));
+    EXPECT_EQ(queries[0].zone, "Asia/Tokyo");
+    EXPECT_EQ(queries[0].latitude, 35.68);
+    EXPECT_EQ(queries[0].longitude, 139.77);
+
+    auto atlantis = place("Europe/Atlantis");
+    fill(atlantis, utc(2024, 4, 9, 3), true, std::nullopt, sources);
+    EXPECT_FALSE(atlantis.eclipseInfo);
+    EXPECT_EQ(queries.size(), 1U);
 }
 
 TEST(Fill, FillsEveryAstronomicalField) {

@@ -1,0 +1,100 @@
+#include "eclipse/eclipse_parser.hpp"
+
+#include <algorithm>
+#include <mutex>
+#include <string>
+
+#include "eclipse/catalogue_text.hpp"
+#include "eclipse/eclipse_visibility.hpp"
+#include "platform/calendar.hpp"
+#include "platform/device.hpp"
+#include "platform/files.hpp"
+#include "platform/log.hpp"
+
+namespace lunoval {
+
+namespace {
+
+using Reason = EclipseParser::ParsingError::Reason;
+
+const char* reasonName(Reason reason) {
+    switch (reason) {
+        case Reason::fileNotFound:
+            return "fileNotFound";
+        case Reason::fileReadError:
+            return "fileReadError";
+        case Reason::emptyFile:
+            return "emptyFile";
+    }
+    return "";
+}
+
+std::optional<std::filesystem::path> catalogueFile(const BundleLocator& locator) {
+    for (const auto identifier : {kFrameworkBundleIdentifier, kHostAppBundleIdentifier}) {
+        const auto bundle = locator.bundle(identifier);
+        if (!bundle) continue;
+        if (auto path = bundle->url("events", "txt", "Data")) return path;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+EclipseParser::ParsingError::ParsingError(Reason reason)
+    : std::runtime_error(reasonName(reason)), reason_(reason) {}
+
+EclipseParser& EclipseParser::shared() {
+    static EclipseParser instance(BundleLocator::standard());
+    return instance;
+}
+
+EclipseParser::EclipseParser(BundleLocator locator) : locator_(std::move(locator)) {}
+
+std::shared_ptr<const EclipseTable> EclipseParser::stored() const {
+    const std::shared_lock lock(tableMutex_);
+    return table_;
+}
+
+std::shared_ptr<const EclipseTable> EclipseParser::parse() {
+    if (auto table = stored()) return table;
+
+    const auto path = catalogueFile(locator_);
+    if (!path) throw ParsingError(Reason::fileNotFound);
+    const auto content = readWholeFile(*path);
+    if (!content || !isUtf8(*content)) throw ParsingError(Reason::fileReadError);
+    if (trimWhitespaceAndNewlines(*content).empty()) throw ParsingError(Reason::emptyFile);
+
+    auto table = std::make_shared<const EclipseTable>(parseCatalogue(*content, device::timeZone()));
+    if (table->empty()) throw ParsingError(Reason::emptyFile);
+    const std::unique_lock lock(tableMutex_);
+    table_ = table;
+    return table;
+}
+
+std::shared_ptr<const EclipseTable> EclipseParser::loadEvents() {
+    try {
+        return parse();
+    } catch (const ParsingError& error) {
+        log::line(std::string("Error loading events: ") + error.what());
+        return nullptr;
+    }
+}
+
+std::shared_ptr<const EclipseEvent> EclipseParser::eclipseInfo(Date date, const TimeZone& zone,
+                                                               std::optional<double> latitude,
+                                                               std::optional<double> longitude) {
+    auto table = stored();
+    if (!table) table = loadEvents();
+    if (!table) return nullptr;
+
+    const Calendar calendar(zone);
+    const auto found = std::find_if(table->begin(), table->end(), [&](const auto& entry) {
+        return calendar.isDateInSameDay(entry.first, date);
+    });
+    if (found == table->end()) return nullptr;
+    EclipseEvent& event = *found->second;
+    event.isVisible = !latitude || !longitude || isVisibleFrom(event, zone, *latitude, *longitude);
+    return found->second;
+}
+
+}  // namespace lunoval

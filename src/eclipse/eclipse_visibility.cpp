@@ -1,0 +1,44 @@
+#include "eclipse/eclipse_visibility.hpp"
+
+#include "astro/moon_position.hpp"
+#include "astro/sun_times.hpp"
+#include "platform/calendar.hpp"
+
+namespace lunoval {
+
+namespace {
+
+bool isWithin(Date instant, Date from, Date to) {
+    return from <= instant && instant <= to;
+}
+
+bool moonIsUp(Date instant, const Calendar& calendar, Date dayStart, double latitude,
+              double longitude) {
+    const auto& zone = calendar.timeZone();
+    const auto rise = Solar::moonRiseSet(dayStart, zone, true, latitude, longitude);
+    const auto set = Solar::moonRiseSet(dayStart, zone, false, latitude, longitude);
+    if (!rise || !set) return false;
+    if (*rise <= *set) return isWithin(instant, *rise, *set);
+    // Set in the morning, risen again in the evening: up at either end of the day.
+    if (isWithin(instant, dayStart, *set)) return true;
+    const Date nextDay = calendar.addingDays(1, dayStart).value_or(dayStart);
+    return isWithin(instant, *rise, nextDay);
+}
+
+bool sunIsUp(Date instant, const TimeZone& zone, double latitude, double longitude) {
+    const auto sunrise = Solar::sunrise(instant, zone, latitude, longitude);
+    const auto sunset = Solar::sunset(instant, zone, latitude, longitude);
+    return sunrise && sunset && isWithin(instant, *sunrise, *sunset);
+}
+
+}  // namespace
+
+bool isVisibleFrom(const EclipseEvent& event, const TimeZone& zone, double latitude,
+                   double longitude) {
+    if (!event.isLunarEvent) return sunIsUp(event.datetime, zone, latitude, longitude);
+    const Calendar calendar(zone);
+    const auto dayStart = calendar.startOfDay(event.datetime);
+    return dayStart && moonIsUp(event.datetime, calendar, *dayStart, latitude, longitude);
+}
+
+}  // namespace lunoval
