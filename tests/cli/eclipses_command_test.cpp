@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
+
 #include <unistd.h>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include "temp_folder.hpp"
 
 #include "cli/run_command.hpp"
 
@@ -26,14 +28,9 @@ constexpr double kTotalSolar2024 = 1712600220;  // 2024-04-08 18:17 UTC
 class EclipsesCommand : public ::testing::Test {
   protected:
     void SetUp() override {
-        root_ = fs::temp_directory_path() /
-                ("lunoval-eclipses-" + std::to_string(::getpid()) + "-" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(root_);
         fs::create_directories(root_ / "com.orvane.Orvane" / "Data");
         fs::create_directories(root_ / "com.orvane.Lunoval");
     }
-    void TearDown() override { fs::remove_all(root_); }
 
     void write(const std::string& catalogue) {
         std::ofstream(root_ / "com.orvane.Orvane" / "Data" / "events.txt") << catalogue;
@@ -43,7 +40,8 @@ class EclipsesCommand : public ::testing::Test {
         return runLunoval("eclipses " + arguments, "LUNOVAL_RESOURCE_PATH=" + root_.string());
     }
 
-    fs::path root_;
+    lunoval::testing::TempFolder temp_{"lunoval-eclipses"};
+    const std::filesystem::path& root_ = temp_.path();
 };
 
 TEST_F(EclipsesCommand, RejectsBadInputWithOneLineAndStatusTwo) {

@@ -22,6 +22,7 @@ CommandResult runLunoval(const std::string& arguments, const std::string& enviro
     }
     run.status = WEXITSTATUS(::pclose(pipe));
     run.err = readWholeFile(err).value_or("");
+    std::remove(err.c_str());
     return run;
 }
 

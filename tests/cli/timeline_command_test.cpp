@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+
 #include <unistd.h>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include "temp_folder.hpp"
 
 #include "platform/user_defaults.hpp"
 #include "run_command.hpp"
@@ -15,15 +17,6 @@ using testing::CommandResult;
 // Each scenario starts from an empty home, as on a fresh machine.
 class TimelineCommand : public ::testing::Test {
   protected:
-    void SetUp() override {
-        home_ = fs::temp_directory_path() /
-                ("lunoval-home-" + std::to_string(::getpid()) + "-" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(home_);
-        fs::create_directories(home_);
-    }
-    void TearDown() override { fs::remove_all(home_); }
-
     [[nodiscard]] UserDefaults appGroup() const {
         return UserDefaults(home_ / ".config/lunoval/group.com.orvane.lunoval.plist");
     }
@@ -41,7 +34,8 @@ class TimelineCommand : public ::testing::Test {
         return run.err.find(line + "\n") != std::string::npos;
     }
 
-    fs::path home_;
+    lunoval::testing::TempFolder temp_{"lunoval-home"};
+    const std::filesystem::path& home_ = temp_.path();
     nlohmann::json entry;
 };
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
+
 #include <unistd.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
+#include "temp_folder.hpp"
 
 #include "eclipse/eclipse_parser.hpp"
 #include "platform/calendar.hpp"
@@ -30,14 +32,6 @@ std::string loggedBy(F action) {
 // A fresh folder of bundles; each test writes the catalogues it needs.
 class Catalogue : public ::testing::Test {
   protected:
-    void SetUp() override {
-        root_ = std::filesystem::temp_directory_path() /
-                ("lunoval-eclipse-" + std::to_string(::getpid()) + "-" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::remove_all(root_);
-    }
-    void TearDown() override { std::filesystem::remove_all(root_); }
-
     void write(const std::string& text, std::string_view bundle = kFrameworkBundleIdentifier) {
         const auto folder = root_ / bundle / "Data";
         std::filesystem::create_directories(folder);
@@ -46,7 +40,8 @@ class Catalogue : public ::testing::Test {
 
     EclipseParser parser() const { return EclipseParser(BundleLocator{{root_}}); }
 
-    std::filesystem::path root_;
+    lunoval::testing::TempFolder temp_{"lunoval-eclipse"};
+    const std::filesystem::path& root_ = temp_.path();
 };
 
 }  // namespace lunoval

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+
 #include <unistd.h>
 #include <filesystem>
+#include "temp_folder.hpp"
 
 #include "locations/widget_location_cache.hpp"
 #include "locations/widget_location_manager.hpp"
@@ -25,14 +27,6 @@ TEST(DoubleDescription, PrintsTheShortestRoundTrip) {
 
 class WidgetLocation : public ::testing::Test {
   protected:
-    void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  ("lunoval-widget-" + std::to_string(::getpid()) + "-" +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
     [[nodiscard]] UserDefaults defaults() const { return UserDefaults(folder_ / "group.plist"); }
 
     void cacheAt(const Location& location, double secondsAgo) const {
@@ -61,7 +55,8 @@ class WidgetLocation : public ::testing::Test {
         return ::testing::internal::GetCapturedStdout();
     }
 
-    fs::path folder_;
+    lunoval::testing::TempFolder temp_{"lunoval-widget"};
+    const std::filesystem::path& folder_ = temp_.path();
     mutable ManualQueue queue{kStart};
 };
 
@@ -119,7 +114,7 @@ TEST_F(WidgetLocation, AtMostOneFreshRequestAnHour) {
               "✅ Widget: Authorization - App: 3, Widget: true\n"
               "📍 Widget: No cached location, requesting fresh location...\n");
     EXPECT_EQ(first.calls, 0);  // the silent service never answers
-    queue.advance(3000);  // with the 10 s each request runs, still within the hour
+    queue.advance(3000);        // with the 10 s each request runs, still within the hour
     Answer second;
     EXPECT_EQ(request("silent", true, second),
               "✅ Widget: Authorization - App: 3, Widget: true\n"

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
+
 #include <plist/plist.h>
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include "temp_folder.hpp"
 
 #include "phases/moon_phase_data_manager.hpp"
 #include "phases/phase_table_parser.hpp"
@@ -35,14 +37,6 @@ std::string month(const std::string& key, const std::vector<std::string>& lines)
 // Two bundles in a fresh folder; each test writes the year files it needs.
 class PhaseTables : public ::testing::Test {
   protected:
-    void SetUp() override {
-        root_ = fs::temp_directory_path() /
-                ("lunoval-phases-" + std::to_string(::getpid()) + "-" +
-                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(root_);
-    }
-    void TearDown() override { fs::remove_all(root_); }
-
     void write(std::string_view bundle, int year, const std::string& bytes) {
         const auto folder = root_ / bundle / "Data";
         fs::create_directories(folder);
@@ -52,7 +46,8 @@ class PhaseTables : public ::testing::Test {
 
     MoonPhaseDataManager manager() { return MoonPhaseDataManager(BundleLocator{{root_}}); }
 
-    fs::path root_;
+    lunoval::testing::TempFolder temp_{"lunoval-phases"};
+    const std::filesystem::path& root_ = temp_.path();
 };
 
 template <typename F>

@@ -1,10 +1,12 @@
 #include "platform/user_defaults.hpp"
 
 #include <gtest/gtest.h>
+
 #include <sys/wait.h>
 #include <unistd.h>
 #include <filesystem>
 #include <fstream>
+#include "temp_folder.hpp"
 
 #include "platform/files.hpp"
 
@@ -15,17 +17,10 @@ namespace fs = std::filesystem;
 
 class UserDefaultsFile : public ::testing::Test {
   protected:
-    void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  ("lunoval-defaults-" + std::to_string(::getpid()) + "-" +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
     [[nodiscard]] UserDefaults defaults() const { return UserDefaults(folder_ / "group.plist"); }
 
-    fs::path folder_;
+    lunoval::testing::TempFolder temp_{"lunoval-defaults"};
+    const std::filesystem::path& folder_ = temp_.path();
 };
 
 TEST_F(UserDefaultsFile, KeepsEachTypeAndAnswersOnlyForIt) {

@@ -1,8 +1,10 @@
 #include "timeline/moon_widget_timeline_provider.hpp"
 
 #include <gtest/gtest.h>
+
 #include <unistd.h>
 #include <filesystem>
+#include "temp_folder.hpp"
 
 #include "platform/device.hpp"
 
@@ -36,17 +38,8 @@ class LateLocationManager : public LocationManager {
 
 class TimelineProvider : public ::testing::Test {
   protected:
-    void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  ("lunoval-provider-" + std::to_string(::getpid()) + "-" +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-        device::setTimeZone(TimeZone::named("Europe/Paris"));
-    }
-    void TearDown() override {
-        device::setTimeZone(std::nullopt);
-        fs::remove_all(folder_);
-    }
+    void SetUp() override { device::setTimeZone(TimeZone::named("Europe/Paris")); }
+    void TearDown() override { device::setTimeZone(std::nullopt); }
 
     [[nodiscard]] UserDefaults defaults() const { return UserDefaults(folder_ / "group.plist"); }
 
@@ -78,7 +71,8 @@ class TimelineProvider : public ::testing::Test {
         return result.log.find(std::string(line) + "\n") != std::string::npos;
     }
 
-    fs::path folder_;
+    lunoval::testing::TempFolder temp_{"lunoval-provider"};
+    const std::filesystem::path& folder_ = temp_.path();
     ManualQueue queue_{kStart};
     int managersMade_ = 0;
 };
