@@ -43,20 +43,5 @@ TEST(TopocentricMoon, StaysFiniteAtThePoles) {
     }
 }
 
-TEST(TopocentricMoon, ParallaxLowersTheMoon) {
-    // Seen from the surface the moon stands up to about a degree lower than from the centre.
-    const double days = 9400.0;
-    const double phi = radians(45.0);
-    const double theta = siderealAngle(days);
-    const auto geocentric = moonCoordinates(days);
-    const auto topocentric = topocentricMoon(days, phi, theta);
-    const double raShift =
-        std::remainder(geocentric.rightAscension - topocentric.rightAscension, kTwoPi);
-    const double shift =
-        std::fabs(geocentric.declination - topocentric.declination) + std::fabs(raShift);
-    EXPECT_GT(shift, 0);
-    EXPECT_LT(degrees(shift), 2.0);
-}
-
 }  // namespace
 }  // namespace lunoval::Solar
