@@ -3,6 +3,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "app/widget_kinds.hpp"
 #include "locations/widget_location_cache.hpp"
 #include "platform/log.hpp"
 #include "platform/main_queue.hpp"
@@ -13,8 +14,24 @@ namespace lunoval::cli {
 
 namespace {
 
-constexpr std::array<const char*, 4> kKinds{"MoonSunTimesWidget", "MoonEventWidget",
-                                            "MoonTimesWidget", "MoonPhaseWidget"};
+std::vector<std::string> kindNames() {
+    std::vector<std::string> names;
+    for (const auto& kind : widgetKinds()) names.emplace_back(kind.kind);
+    return names;
+}
+
+// The host never asks a widget for a size it does not offer.
+widgetkit::WidgetFamily supportedFamily(const TimelineOptions& options) {
+    const auto kind = widgetKind(options.kind);
+    const auto family = widgetkit::widgetFamily(options.family);
+    if (kind->supports(*family)) return *family;
+    std::string offered;
+    for (const auto supported : kind->supportedFamilies) {
+        offered += (offered.empty() ? "" : ", ") + std::string(widgetkit::familyName(supported));
+    }
+    throw UsageError(options.kind + " has no " + options.family + " size (it offers " + offered +
+                     ")");
+}
 
 nlohmann::ordered_json entryJson(const MoonWidgetEntry& entry) {
     return {{"date", entry.date.timeIntervalSince1970()},
@@ -28,7 +45,7 @@ CLI::App* addTimelineCommand(CLI::App& app, TimelineOptions& options) {
     auto* command = app.add_subcommand(
         "timeline", "Ask the widget provider for one entry, as the widget host does");
     command->add_option("--kind", options.kind, "The widget kind")
-        ->check(CLI::IsMember(std::vector<std::string>(kKinds.begin(), kKinds.end())));
+        ->check(CLI::IsMember(kindNames()));
     command->add_option("--family", options.family, "The widget family")
         ->check(CLI::Validator(
             [](const std::string& name) {
@@ -49,13 +66,13 @@ CLI::App* addTimelineCommand(CLI::App& app, TimelineOptions& options) {
 }
 
 int runTimeline(const TimelineOptions& options, const DeviceOptions& device) {
+    const auto family = supportedFamily(options);
     if (options.json) log::toStandardError(true);
     EventLoopQueue queue;
     const auto service = locationService(device);
     const MoonWidgetTimelineProvider provider(
         queue, [&] { return makeLocationManager(service, queue); }, appGroupDefaults());
-    const widgetkit::Context context{.family = *widgetkit::widgetFamily(options.family),
-                                     .isPreview = options.preview};
+    const widgetkit::Context context{.family = family, .isPreview = options.preview};
 
     std::optional<MoonWidgetEntry> entry;
     if (options.placeholder) {

@@ -10,6 +10,7 @@
 #include "astro/phase_type.hpp"
 #include "eclipse/eclipse_event.hpp"
 #include "platform/date.hpp"
+#include "timeline/configuration_app_intent.hpp"
 
 namespace lunoval {
 
@@ -38,9 +39,6 @@ struct MoonWidgetData {
     // The record that asks the user for location permission.
     static MoonWidgetData permissionNeeded(std::string deviceTimeZone, Date now);
 };
-
-// The configuration of every widget kind; it carries no values.
-struct ConfigurationAppIntent {};
 
 struct MoonWidgetEntry {
     Date date;

@@ -93,7 +93,11 @@ TEST_F(TimelineCommand, PreviewsNeverAskForALocation) {
 TEST_F(TimelineCommand, RejectsUnknownKindsFamiliesAndServices) {
     for (const char* arguments : {"timeline --kind ClockWidget", "timeline --family systemHuge",
                                   "timeline --location-service gps", "timeline --location 91,0",
-                                  "timeline --snapshot --placeholder"}) {
+                                  "timeline --snapshot --placeholder",
+                                  // Sizes the gallery does not offer for that widget.
+                                  "timeline --kind MoonPhaseWidget --family systemMedium",
+                                  "timeline --kind MoonTimesWidget --family systemLarge",
+                                  "timeline --kind MoonEventWidget --family accessoryInline"}) {
         const auto run = testing::runLunoval(arguments, "HOME=" + home_.string());
         EXPECT_EQ(run.status, 2) << arguments;
         EXPECT_TRUE(run.err.starts_with("lunoval: ")) << arguments << run.err;
