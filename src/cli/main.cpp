@@ -1,3 +1,4 @@
+#include <malloc.h>
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
@@ -5,12 +6,18 @@
 
 #include "cli/device_options.hpp"
 #include "cli/eclipses_command.hpp"
+#include "cli/gallery_command.hpp"
+#include "cli/host_command.hpp"
+#include "cli/moon_command.hpp"
 #include "cli/record_command.hpp"
+#include "cli/reload_command.hpp"
+#include "cli/render_command.hpp"
 #include "cli/timeline_command.hpp"
 
 namespace {
 
 constexpr int kUsageError = 2;
+constexpr int kLargeSurfaceBytes = 64 << 20;
 
 int fail(std::string_view message, int status) {
     std::cerr << "lunoval: " << message << "\n";
@@ -20,6 +27,10 @@ int fail(std::string_view message, int status) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // Drawing allocates large scratch surfaces, one per layer; keeping freed ones in the heap
+    // spares the page faults of mapping each one anew.
+    mallopt(M_MMAP_THRESHOLD, kLargeSurfaceBytes);
+    mallopt(M_TRIM_THRESHOLD, 2 * kLargeSurfaceBytes);
     using namespace lunoval::cli;
     CLI::App app{"Moon phase and sun and moon times, as widgets and as data", "lunoval"};
     app.require_subcommand(1);
@@ -33,6 +44,15 @@ int main(int argc, char** argv) {
     auto* eclipsesCommand = addEclipsesCommand(app, eclipses);
     TimelineOptions timeline;
     auto* timelineCommand = addTimelineCommand(app, timeline);
+    MoonOptions moon;
+    auto* moonCommand = addMoonCommand(app, moon);
+    RenderCommandOptions render;
+    auto* renderCommand = addRenderCommand(app, render);
+    GalleryOptions gallery;
+    auto* galleryCommand = addGalleryCommand(app, gallery);
+    HostOptions host;
+    auto* hostCommand = addHostCommand(app, host);
+    auto* reloadCommand = addReloadCommand(app);
 
     try {
         app.parse(argc, argv);
@@ -40,6 +60,11 @@ int main(int argc, char** argv) {
         if (recordCommand->parsed()) return runRecord(record);
         if (eclipsesCommand->parsed()) return runEclipses(eclipses);
         if (timelineCommand->parsed()) return runTimeline(timeline, device);
+        if (moonCommand->parsed()) return runMoon(moon, device);
+        if (renderCommand->parsed()) return runRender(render, device);
+        if (galleryCommand->parsed()) return runGallery(gallery, device);
+        if (hostCommand->parsed()) return runHost(host, device);
+        if (reloadCommand->parsed()) return runReload();
         return kUsageError;
     } catch (const CLI::Success& e) {
         return app.exit(e);

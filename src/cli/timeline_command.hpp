@@ -1,18 +1,14 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <string>
 
 #include "cli/device_options.hpp"
+#include "cli/widget_request.hpp"
 
 namespace lunoval::cli {
 
 struct TimelineOptions {
-    std::string kind = "MoonPhaseWidget";
-    std::string family = "systemSmall";
-    bool snapshot = false;
-    bool placeholder = false;
-    bool preview = false;
+    WidgetRequest request;
     bool json = false;
 };
 

@@ -1,31 +1,53 @@
 #include "platform/widgetkit.hpp"
 
 #include <array>
-#include <utility>
 
 namespace lunoval::widgetkit {
 
 namespace {
 using enum WidgetFamily;
-constexpr std::array<std::pair<WidgetFamily, std::string_view>, 6> kNames{{
-    {systemSmall, "systemSmall"},
-    {systemMedium, "systemMedium"},
-    {systemLarge, "systemLarge"},
-    {accessoryCircular, "accessoryCircular"},
-    {accessoryRectangular, "accessoryRectangular"},
-    {accessoryInline, "accessoryInline"},
+struct FamilyTraits {
+    WidgetFamily family;
+    std::string_view name;
+    FamilySize size;
+};
+constexpr std::array<FamilyTraits, 6> kFamilies{{
+    {systemSmall, "systemSmall", {170, 170}},
+    {systemMedium, "systemMedium", {364, 170}},
+    {systemLarge, "systemLarge", {364, 382}},
+    {accessoryCircular, "accessoryCircular", {76, 76}},
+    {accessoryRectangular, "accessoryRectangular", {172, 76}},
+    {accessoryInline, "accessoryInline", {257, 26}},
 }};
+constexpr double kHomeScreenMargin = 16;
+
+const FamilyTraits& traits(WidgetFamily family) {
+    return kFamilies.at(static_cast<std::size_t>(family));
+}
 }  // namespace
 
 std::string_view familyName(WidgetFamily family) {
-    return kNames.at(static_cast<std::size_t>(family)).second;
+    return traits(family).name;
 }
 
 std::optional<WidgetFamily> widgetFamily(std::string_view name) {
-    for (const auto& [family, text] : kNames) {
-        if (text == name) return family;
+    for (const auto& entry : kFamilies) {
+        if (entry.name == name) return entry.family;
     }
     return std::nullopt;
+}
+
+FamilySize familySize(WidgetFamily family) {
+    return traits(family).size;
+}
+
+bool isAccessory(WidgetFamily family) {
+    return family == accessoryCircular || family == accessoryRectangular ||
+           family == accessoryInline;
+}
+
+double contentMargin(WidgetFamily family) {
+    return isAccessory(family) ? 0 : kHomeScreenMargin;
 }
 
 }  // namespace lunoval::widgetkit

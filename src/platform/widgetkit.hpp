@@ -19,6 +19,19 @@ enum class WidgetFamily {
 std::string_view familyName(WidgetFamily family);
 std::optional<WidgetFamily> widgetFamily(std::string_view name);
 
+// A family's size in points on a common 6.1-inch phone.
+struct FamilySize {
+    double width = 0;
+    double height = 0;
+};
+FamilySize familySize(WidgetFamily family);
+
+// Lock-screen families: no background, drawn in the host's tinted style.
+bool isAccessory(WidgetFamily family);
+
+// The margin the host keeps between a home-screen widget's edge and its content.
+double contentMargin(WidgetFamily family);
+
 // What the host tells a provider about the request.
 struct Context {
     WidgetFamily family = WidgetFamily::systemSmall;

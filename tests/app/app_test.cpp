@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "app/lunoval_widget_bundle.hpp"
 #include "app/moon_widget_settings_intent.hpp"
-#include "app/widget_kinds.hpp"
 #include "timeline/configuration_app_intent.hpp"
 
 namespace lunoval {
@@ -13,22 +13,23 @@ using enum widgetkit::WidgetFamily;
 
 TEST(WidgetKinds, OnlyTheTimesAndPhaseWidgetsReachTheLockScreen) {
     std::vector<std::string_view> lockScreen;
-    for (const auto& kind : widgetKinds()) {
+    for (const auto& kind : LunovalWidgetBundle::body()) {
         if (kind.supports(accessoryCircular) || kind.supports(accessoryInline)) {
             lockScreen.push_back(kind.kind);
         }
     }
-    EXPECT_EQ(widgetKinds().size(), 4u);
+    EXPECT_EQ(LunovalWidgetBundle::body().size(), 4u);
     EXPECT_EQ(lockScreen, (std::vector<std::string_view>{"MoonTimesWidget", "MoonPhaseWidget"}));
 }
 
 TEST(WidgetKinds, EachOffersOnlyItsOwnSizes) {
-    EXPECT_FALSE(widgetKind("MoonPhaseWidget")->supports(systemMedium));
-    EXPECT_TRUE(widgetKind("MoonPhaseWidget")->supports(systemLarge));
-    EXPECT_FALSE(widgetKind("MoonTimesWidget")->supports(systemLarge));
-    EXPECT_TRUE(widgetKind("MoonTimesWidget")->supports(systemMedium));
-    EXPECT_EQ(widgetKind("MoonEventWidget")->displayName, std::string("Moon Times"));
-    EXPECT_FALSE(widgetKind("moonphasewidget").has_value());
+    EXPECT_FALSE(LunovalWidgetBundle::widget("MoonPhaseWidget")->supports(systemMedium));
+    EXPECT_TRUE(LunovalWidgetBundle::widget("MoonPhaseWidget")->supports(systemLarge));
+    EXPECT_FALSE(LunovalWidgetBundle::widget("MoonTimesWidget")->supports(systemLarge));
+    EXPECT_TRUE(LunovalWidgetBundle::widget("MoonTimesWidget")->supports(systemMedium));
+    EXPECT_EQ(LunovalWidgetBundle::widget("MoonEventWidget")->displayName,
+              std::string("Moon Times"));
+    EXPECT_FALSE(LunovalWidgetBundle::widget("moonphasewidget").has_value());
 }
 
 TEST(SettingsIntent, RawValuesOutsideTheDeclaredCasesAreAbsent) {

@@ -1,0 +1,64 @@
+#include <benchmark/benchmark.h>
+#include <cairo.h>
+#include <malloc.h>
+
+#include "ui/painter.hpp"
+#include "ui/pango_text_measurer.hpp"
+#include "views/moon_elevation_chart.hpp"
+#include "views/simple_moon_phase_view.hpp"
+
+namespace {
+
+using namespace lunoval;
+
+// As the command does: freed drawing surfaces stay in the heap instead of being unmapped.
+const bool kHeapKeepsSurfaces = [] {
+    return mallopt(M_MMAP_THRESHOLD, 64 << 20) == 1 && mallopt(M_TRIM_THRESHOLD, 128 << 20) == 1;
+}();
+
+// Lays the view out and paints it on a transparent surface at scale 3, as a render does
+// before the image is encoded.
+void layOutAndPaint(benchmark::State& state, const ui::View& view, ui::Size size) {
+    const ui::Environment environment{.displayScale = 3};
+    const ui::PangoTextMeasurer measurer;
+    for (auto _ : state) {
+        const auto list = ui::render(view, size, {measurer, environment});
+        auto* surface =
+            cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(size.width * 3),
+                                       static_cast<int>(size.height * 3));
+        auto* cairo = cairo_create(surface);
+        cairo_scale(cairo, 3, 3);
+        ui::paint(list, cairo, environment);
+        cairo_destroy(cairo);
+        cairo_surface_destroy(surface);
+    }
+}
+
+void moonDisc(benchmark::State& state) {
+    const SimpleMoonPhaseView disc{.moonPhase = {.illumination = 0.3,
+                                                 .phaseType = Solar::PhaseType::waxingCrescent,
+                                                 .tiltAngle = 25},
+                                   .size = 56,
+                                   .strokeColor = ui::Color::white(),
+                                   .fillColor = ui::Color::white(),
+                                   .phaseBackgroundColor = ui::Color::clear(),
+                                   .applyRotation = true,
+                                   .strokeWidth = 1.5};
+    layOutAndPaint(state, disc.body(), {56, 56});
+}
+BENCHMARK(moonDisc)->Repetitions(9)->ReportAggregatesOnly(true);
+
+void elevationChart(benchmark::State& state) {
+    const auto now = Date::fromTimeIntervalSince1970(1760000000);
+    const MoonElevationChart chart{.moonrise = now.addingTimeInterval(-5 * 3600),
+                                   .moonset = now.addingTimeInterval(7 * 3600),
+                                   .currentTime = now,
+                                   .timezone = "Europe/Paris",
+                                   .latitude = 48.8566,
+                                   .longitude = 2.3522,
+                                   .showLabel = true};
+    layOutAndPaint(state, chart.body(), {200, 100});
+}
+BENCHMARK(elevationChart)->Repetitions(9)->ReportAggregatesOnly(true);
+
+}  // namespace

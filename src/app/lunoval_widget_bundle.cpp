@@ -1,0 +1,61 @@
+#include "app/lunoval_widget_bundle.hpp"
+
+#include <algorithm>
+
+#include "views/moon_event_view.hpp"
+#include "views/moon_phase_views.hpp"
+#include "views/times_views.hpp"
+
+namespace lunoval {
+
+namespace {
+
+using enum widgetkit::WidgetFamily;
+
+template <typename EntryView>
+ui::View draw(const MoonWidgetEntry& entry, const WidgetEnvironment& environment) {
+    return EntryView{entry, environment}.body();
+}
+
+}  // namespace
+
+bool WidgetKind::supports(widgetkit::WidgetFamily family) const {
+    return std::ranges::find(supportedFamilies, family) != supportedFamilies.end();
+}
+
+std::span<const WidgetKind> LunovalWidgetBundle::body() {
+    // Kinds 1 and 3 share their name and description, the next-event widget is called "Moon
+    // Times" and the phase widget has a large size but no medium one: all as published.
+    static const std::vector<WidgetKind> widgets{
+        {"MoonSunTimesWidget",
+         "Moon & Sun Times",
+         "Moon and sun rise/set times",
+         {systemSmall},
+         draw<MoonSunTimesWidgetEntryView>},
+        {"MoonEventWidget",
+         "Moon Times",
+         "View moon phase and next full moon or new moon event",
+         {systemSmall},
+         draw<MoonEventWidgetEntryView>},
+        {"MoonTimesWidget",
+         "Moon & Sun Times",
+         "Moon and sun rise/set times",
+         {systemSmall, systemMedium, accessoryRectangular, accessoryCircular, accessoryInline},
+         draw<MoonTimesWidgetEntryView>},
+        {"MoonPhaseWidget",
+         "Moon Phase",
+         "View moon phases and times",
+         {systemSmall, systemLarge, accessoryCircular, accessoryRectangular, accessoryInline},
+         draw<MoonPhaseWidgetEntryView>},
+    };
+    return widgets;
+}
+
+std::optional<WidgetKind> LunovalWidgetBundle::widget(std::string_view kind) {
+    const auto widgets = body();
+    const auto found = std::ranges::find(widgets, kind, &WidgetKind::kind);
+    if (found == widgets.end()) return std::nullopt;
+    return *found;
+}
+
+}  // namespace lunoval

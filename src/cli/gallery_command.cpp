@@ -1,0 +1,62 @@
+#include "cli/gallery_command.hpp"
+
+#include <filesystem>
+
+#include "cli/render_command.hpp"
+#include "cli/widget_request.hpp"
+#include "locations/widget_location_cache.hpp"
+#include "platform/files.hpp"
+#include "ui/painter.hpp"
+#include "ui/pango_text_measurer.hpp"
+
+namespace lunoval::cli {
+
+namespace {
+
+// Without any place to go on the phone's gallery shows previews; with one, real entries.
+bool hasPlace(const DeviceOptions& device) {
+    return device.location || device.locationService ||
+           appGroupDefaults().dataForKey("widgetData").has_value();
+}
+
+}  // namespace
+
+void writeGallery(const std::filesystem::path& folder, std::vector<GalleryItem>& items,
+                  const MoonWidgetEntry& entry, const RenderOptions& options,
+                  const ui::TextMeasurer& measurer) {
+    for (auto& item : items) {
+        const auto rendered = renderWidget(item.widget, item.family, entry, options, measurer);
+        item.tapURL = rendered.list.widgetURL;
+        ui::writeImage(rendered.list, rendered.environment, folder / item.imageName());
+    }
+    writeFileAtomically(folder / "index.html", galleryPage(items, entry));
+}
+
+std::vector<GalleryItem> allWidgets() {
+    std::vector<GalleryItem> items;
+    for (const auto& widget : LunovalWidgetBundle::body()) {
+        for (const auto family : widget.supportedFamilies) items.push_back({widget, family, {}});
+    }
+    return items;
+}
+
+CLI::App* addGalleryCommand(CLI::App& app, GalleryOptions& options) {
+    auto* command =
+        app.add_subcommand("gallery", "Draw every widget in every size, with an index.html");
+    command->add_option("--out", options.out, "The folder for the images and the page")->required();
+    addRenderOptions(*command, options.render);
+    return command;
+}
+
+int runGallery(const GalleryOptions& options, const DeviceOptions& device) {
+    const std::filesystem::path folder(options.out);
+    std::filesystem::create_directories(folder);
+    // One provider request serves every widget: they would all get the same entry.
+    const WidgetRequest request{.preview = !hasPlace(device)};
+    const auto entry = requestEntry(request, widgetkit::WidgetFamily::systemSmall, device);
+    auto items = allWidgets();
+    writeGallery(folder, items, entry, options.render, ui::PangoTextMeasurer{});
+    return 0;
+}
+
+}  // namespace lunoval::cli

@@ -1,0 +1,85 @@
+#include "cli/gallery_page.hpp"
+
+#include "platform/localization.hpp"
+#include "views/widget_text.hpp"
+
+namespace lunoval::cli {
+
+namespace {
+
+std::string escaped(std::string_view text) {
+    std::string result;
+    for (const char c : text) {
+        switch (c) {
+            case '&':
+                result += "&amp;";
+                break;
+            case '<':
+                result += "&lt;";
+                break;
+            case '>':
+                result += "&gt;";
+                break;
+            case '"':
+                result += "&quot;";
+                break;
+            default:
+                result += c;
+        }
+    }
+    return result;
+}
+
+// What the picture shows, for readers who cannot see it.
+std::string summary(const MoonWidgetEntry& entry) {
+    if (!entry.widgetData) return "waiting for a place";
+    const auto& data = *entry.widgetData;
+    if (data.needsLocationPermission) return "asks for location access";
+    if (!data.currentMoonPhase) return "the moon, loading";
+    return phaseNameText(*data.currentMoonPhase) + ", " +
+           litText(data.currentMoonPhase->illumination);
+}
+
+std::string figure(const GalleryItem& item, const std::string& about) {
+    const std::string family(widgetkit::familyName(item.family));
+    const auto alt =
+        escaped(l10n::localized(item.widget.displayName)) + ", " + family + ": " + escaped(about);
+    std::string image = "<img src=\"" + item.imageName() + "\" alt=\"" + alt + "\">";
+    if (item.tapURL) image = "<a href=\"" + escaped(*item.tapURL) + "\">" + image + "</a>";
+    return "<figure>" + image + "<figcaption>" + family + "</figcaption></figure>\n";
+}
+
+constexpr const char* kStyle =
+    "body{font-family:Inter,sans-serif;background:#0b1020;color:#e8ecf5;margin:2rem}"
+    "section{margin-bottom:2.5rem}h2{margin:0 0 .2rem}p{margin:0 0 1rem;color:#aab3c8}"
+    ".widgets{display:flex;flex-wrap:wrap;gap:1.5rem;align-items:flex-end}"
+    "figure{margin:0;text-align:center}figcaption{font-size:.8rem;color:#aab3c8}"
+    "img{display:block;width:auto;height:auto;max-width:100%}";
+
+}  // namespace
+
+std::string GalleryItem::imageName() const {
+    return std::string(widget.kind) + "-" + std::string(widgetkit::familyName(family)) + ".png";
+}
+
+std::string galleryPage(const std::vector<GalleryItem>& items, const MoonWidgetEntry& entry) {
+    const auto about = summary(entry);
+    std::string page = std::string(
+                           "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
+                           "<title>Lunoval widgets</title><style>") +
+                       kStyle + "</style></head><body>\n<h1>Lunoval widgets</h1>\n";
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const auto& widget = items[i].widget;
+        if (i == 0 || items[i - 1].widget.kind != widget.kind) {
+            if (i > 0) page += "</div></section>\n";
+            page += "<section id=\"" + std::string(widget.kind) + "\"><h2>" +
+                    escaped(l10n::localized(widget.displayName)) + "</h2><p>" +
+                    escaped(l10n::localized(widget.description)) + "</p><div class=\"widgets\">\n";
+        }
+        page += figure(items[i], about);
+    }
+    if (!items.empty()) page += "</div></section>\n";
+    return page + "</body></html>\n";
+}
+
+}  // namespace lunoval::cli

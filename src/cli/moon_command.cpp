@@ -1,0 +1,111 @@
+#include "cli/moon_command.hpp"
+
+#include "astro/moon_phase.hpp"
+#include "phases/moon_phase_data_manager.hpp"
+#include "platform/device.hpp"
+#include "ui/painter.hpp"
+#include "ui/pango_text_measurer.hpp"
+#include "views/simple_moon_phase_view.hpp"
+
+namespace lunoval::cli {
+
+namespace {
+
+using Solar::PhaseType;
+
+// Accepts the displayed name ("Waxing Gibbous") or the case name ("waxingGibbous").
+std::optional<PhaseType> phaseNamed(const std::string& name) {
+    if (const auto phase = Solar::phaseType(name)) return phase;
+    for (int i = 0; i <= static_cast<int>(PhaseType::waningCrescent); ++i) {
+        const auto phase = static_cast<PhaseType>(i);
+        if (Solar::caseName(phase) == name) return phase;
+    }
+    return std::nullopt;
+}
+
+// What a phase given without its lit fraction looks like on a typical day.
+double typicalIllumination(PhaseType phase) {
+    switch (phase) {
+        case PhaseType::newMoon:
+            return 0;
+        case PhaseType::waxingCrescent:
+        case PhaseType::waningCrescent:
+            return 0.25;
+        case PhaseType::firstQuarter:
+        case PhaseType::lastQuarter:
+            return 0.5;
+        case PhaseType::waxingGibbous:
+        case PhaseType::waningGibbous:
+            return 0.75;
+        case PhaseType::fullMoon:
+            return 1;
+    }
+    return 0;
+}
+
+Solar::SimpleMoonPhase givenPhase(const MoonOptions& options) {
+    const auto phase = phaseNamed(*options.phase);
+    if (!phase) throw UsageError("unknown phase '" + *options.phase + "'");
+    return {.illumination = options.illumination.value_or(typicalIllumination(*phase)),
+            .phaseName = std::string(Solar::rawValue(*phase)),
+            .phaseType = *phase,
+            .tiltAngle = options.tilt};
+}
+
+// The phase now at the device's place; the tilt needs a place, so without one the disc is not
+// turned.
+Solar::SimpleMoonPhase devicePhase(const DeviceOptions& device, bool& hasPlace) {
+    const auto service = locationService(device);
+    hasPlace = service.kind == LocationService::Kind::fixed;
+    const auto place = hasPlace ? service.fix : Location{};
+    const auto now = device::now();
+    return Solar::moonPhase(
+        now, device::timeZone(), hasPlace, now, place.latitude, place.longitude,
+        [](int year, int month) { return MoonPhaseDataManager::shared().events(year, month); });
+}
+
+}  // namespace
+
+CLI::App* addMoonCommand(CLI::App& app, MoonOptions& options) {
+    auto* command = app.add_subcommand(
+        "moon", "Draw the moon disc alone, for the device's place and time or a given phase");
+    command->add_option("--size", options.size, "Side of the picture in points")
+        ->check(CLI::Range(1.0, 2048.0));
+    command->add_option("--scale", options.scale, "Device pixels per point")
+        ->check(CLI::Range(0.25, 8.0));
+    command->add_option("--out", options.out, "The image: .png, .svg or .pdf");
+    auto* phase = command->add_option(
+        "--phase", options.phase, "A phase by name, such as \"Waxing Gibbous\" or waxingGibbous");
+    command->add_option("--illumination", options.illumination, "Lit fraction, 0 to 1")
+        ->check(CLI::Range(0.0, 1.0))
+        ->needs(phase);
+    command->add_option("--tilt", options.tilt, "Tilt of the lit side in degrees")
+        ->check(CLI::Range(-360.0, 360.0))
+        ->needs(phase);
+    command->add_flag("--no-rotation", options.noRotation, "Do not turn the disc by its tilt");
+    return command;
+}
+
+int runMoon(const MoonOptions& options, const DeviceOptions& device) {
+    if (!ui::imageFormatFor(options.out)) {
+        throw UsageError("cannot tell the image format of '" + options.out +
+                         "' (use .png, .svg or .pdf)");
+    }
+    bool hasPlace = true;
+    const auto phase = options.phase ? givenPhase(options) : devicePhase(device, hasPlace);
+    const SimpleMoonPhaseView disc{.moonPhase = phase,
+                                   .size = options.size,
+                                   .strokeColor = ui::Color::white(),
+                                   .fillColor = ui::Color::white(),
+                                   .phaseBackgroundColor = ui::Color::clear(),
+                                   .applyRotation = hasPlace && !options.noRotation,
+                                   .strokeWidth = 1.5};
+    const ui::Environment environment{.displayScale = options.scale};
+    const ui::PangoTextMeasurer measurer;
+    const auto list =
+        ui::render(disc.body(), {options.size, options.size}, {measurer, environment});
+    ui::writeImage(list, environment, options.out);
+    return 0;
+}
+
+}  // namespace lunoval::cli

@@ -1,0 +1,47 @@
+#include "cli/render_command.hpp"
+
+#include "ui/painter.hpp"
+#include "ui/pango_text_measurer.hpp"
+
+namespace lunoval::cli {
+
+void addRenderOptions(CLI::App& command, RenderOptions& options) {
+    command.add_option("--scale", options.scale, "Device pixels per point")
+        ->check(CLI::Range(0.25, 8.0));
+    const std::map<std::string, ui::RenderingMode> modes{
+        {"fullColor", ui::RenderingMode::fullColor},
+        {"accented", ui::RenderingMode::accented},
+        {"vibrant", ui::RenderingMode::vibrant}};
+    command
+        .add_option("--mode", options.mode,
+                    "fullColor, accented or vibrant (default: vibrant on the lock screen)")
+        ->transform(CLI::CheckedTransformer(modes));
+    const std::map<std::string, ui::ColorScheme> schemes{{"dark", ui::ColorScheme::dark},
+                                                         {"light", ui::ColorScheme::light}};
+    command.add_option("--color-scheme", options.colorScheme, "dark or light")
+        ->transform(CLI::CheckedTransformer(schemes));
+}
+
+CLI::App* addRenderCommand(CLI::App& app, RenderCommandOptions& options) {
+    auto* command = app.add_subcommand("render", "Draw one widget through its provider");
+    addWidgetRequestOptions(*command, options.request);
+    command->add_option("--out", options.out, "The image: .png, .svg or .pdf");
+    addRenderOptions(*command, options.render);
+    return command;
+}
+
+int runRender(const RenderCommandOptions& options, const DeviceOptions& device) {
+    const auto [widget, family] = requestedWidget(options.request);
+    const auto out =
+        options.out.value_or(options.request.kind + "-" + options.request.family + ".png");
+    if (!ui::imageFormatFor(out)) {
+        throw UsageError("cannot tell the image format of '" + out + "' (use .png, .svg or .pdf)");
+    }
+    const auto entry = requestEntry(options.request, family, device);
+    const ui::PangoTextMeasurer measurer;
+    const auto rendered = renderWidget(widget, family, entry, options.render, measurer);
+    ui::writeImage(rendered.list, rendered.environment, out);
+    return 0;
+}
+
+}  // namespace lunoval::cli

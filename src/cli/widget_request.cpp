@@ -1,0 +1,78 @@
+#include "cli/widget_request.hpp"
+
+#include "locations/widget_location_cache.hpp"
+#include "platform/main_queue.hpp"
+#include "timeline/moon_widget_timeline_provider.hpp"
+
+namespace lunoval::cli {
+
+namespace {
+
+std::vector<std::string> kindNames() {
+    std::vector<std::string> names;
+    for (const auto& widget : LunovalWidgetBundle::body()) names.emplace_back(widget.kind);
+    return names;
+}
+
+std::string familyNames(const std::vector<widgetkit::WidgetFamily>& families) {
+    std::string names;
+    for (const auto family : families) {
+        names += (names.empty() ? "" : ", ") + std::string(widgetkit::familyName(family));
+    }
+    return names;
+}
+
+}  // namespace
+
+void addWidgetRequestOptions(CLI::App& command, WidgetRequest& request) {
+    command.add_option("--kind", request.kind, "The widget kind")
+        ->check(CLI::IsMember(kindNames()));
+    command.add_option("--family", request.family, "The widget family")
+        ->check(CLI::Validator(
+            [](const std::string& name) {
+                return widgetkit::widgetFamily(name) ? std::string{}
+                                                     : "unknown widget family '" + name + "'";
+            },
+            "FAMILY"));
+    auto* snapshot = command.add_flag("--snapshot", request.snapshot, "A snapshot, not a timeline");
+    auto* placeholder =
+        command.add_flag("--placeholder", request.placeholder, "The placeholder entry");
+    auto* preview = command.add_flag("--preview", request.preview, "A snapshot for the gallery");
+    snapshot->excludes(placeholder)->excludes(preview);
+    placeholder->excludes(preview);
+}
+
+std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetRequest& request) {
+    const auto widget = LunovalWidgetBundle::widget(request.kind);
+    const auto family = widgetkit::widgetFamily(request.family);
+    if (!widget || !family) throw UsageError("unknown widget " + request.kind);
+    if (!widget->supports(*family)) {
+        throw UsageError(request.kind + " has no " + request.family + " size (it offers " +
+                         familyNames(widget->supportedFamilies) + ")");
+    }
+    return {*widget, *family};
+}
+
+MoonWidgetEntry requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
+                             const DeviceOptions& device) {
+    EventLoopQueue queue;
+    const auto service = locationService(device);
+    const MoonWidgetTimelineProvider provider(
+        queue, [&] { return makeLocationManager(service, queue); }, appGroupDefaults());
+    const widgetkit::Context context{.family = family, .isPreview = request.preview};
+
+    if (request.placeholder) return provider.placeholder(context);
+    std::optional<MoonWidgetEntry> entry;
+    if (request.snapshot || request.preview) {
+        provider.snapshot({}, context, [&](MoonWidgetEntry answer) { entry = std::move(answer); });
+    } else {
+        provider.timeline({}, context, [&](widgetkit::Timeline<MoonWidgetEntry> timeline) {
+            entry = std::move(timeline.entries.front());
+        });
+    }
+    queue.runUntil([&] { return entry.has_value(); });
+    if (!entry) throw std::runtime_error("the widget provider did not answer");
+    return std::move(*entry);
+}
+
+}  // namespace lunoval::cli

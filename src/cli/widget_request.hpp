@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "app/lunoval_widget_bundle.hpp"
+#include "cli/device_options.hpp"
+
+namespace lunoval::cli {
+
+// Which widget, at which size, and what the host asks its provider for.
+struct WidgetRequest {
+    std::string kind = "MoonPhaseWidget";
+    std::string family = "systemSmall";
+    bool snapshot = false;
+    bool placeholder = false;
+    bool preview = false;
+};
+
+// --kind, --family and the three exclusive request flags.
+void addWidgetRequestOptions(CLI::App& command, WidgetRequest& request);
+
+// The widget and family; throws UsageError for a size the widget does not offer, as the host
+// never asks for one.
+std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetRequest& request);
+
+// One entry from the provider, through location resolution for a timeline.
+MoonWidgetEntry requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
+                             const DeviceOptions& device);
+
+}  // namespace lunoval::cli

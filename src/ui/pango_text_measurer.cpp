@@ -1,0 +1,21 @@
+#include "ui/pango_text_measurer.hpp"
+
+#include "ui/pango_layout.hpp"
+
+namespace lunoval::ui {
+
+TextMeasurement PangoTextMeasurer::measure(std::string_view text, const Font& font,
+                                           std::optional<double> maxWidth, int maxLines) const {
+    const LayoutHandle layout = layOutText(text, font, {.width = maxWidth, .maxLines = maxLines});
+    PangoRectangle logical;
+    pango_layout_get_extents(layout.get(), nullptr, &logical);
+    const int wrapWidth = pango_layout_get_width(layout.get());
+    // Even an ellipsis may be wider than the width allowed; newlines can make more lines.
+    const bool truncated = pango_layout_is_ellipsized(layout.get()) ||
+                           (maxLines > 0 && pango_layout_get_line_count(layout.get()) > maxLines) ||
+                           (wrapWidth >= 0 && logical.width > wrapWidth);
+    return {{pango_units_to_double(logical.width), pango_units_to_double(logical.height)},
+            truncated};
+}
+
+}  // namespace lunoval::ui

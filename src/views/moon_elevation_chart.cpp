@@ -1,0 +1,182 @@
+#include "views/moon_elevation_chart.hpp"
+
+#include <algorithm>
+#include <numbers>
+
+#include "astro/moon_position.hpp"
+#include "platform/date_formatter.hpp"
+#include "platform/device.hpp"
+#include "views/elevation_plot.hpp"
+
+namespace lunoval {
+
+namespace {
+
+using ui::DisplayList;
+using ui::LayoutContext;
+using ui::Point;
+using ui::Rect;
+
+// Like a canvas, the chart asks for 10 points along a dimension it is offered nothing in.
+constexpr double kIdealLength = 10;
+constexpr double kLabelLift = 26;
+constexpr ui::Font kLabelFont = ui::Font::system(9, ui::FontWeight::bold);
+
+struct MarkerEvent {
+    Date instant;
+    const char* symbol;
+    ui::Color color;
+};
+
+ui::Path capsule(ui::Size size) {
+    const double r = size.height / 2;
+    constexpr double kQuarter = std::numbers::pi / 2;
+    return ui::Path{}
+        .arc({r, r}, r, kQuarter, 3 * kQuarter)
+        .arc({size.width - r, r}, r, -kQuarter, kQuarter)
+        .close();
+}
+
+// Draws `view` at its ideal size centred on `center`, shifted sideways into `within`.
+void placeAround(const ui::View& view, Point center, Rect within, const LayoutContext& context,
+                 DisplayList& out) {
+    const auto size = view.sizeThatFits({}, context);
+    const double x = std::clamp(center.x - size.width / 2, within.x,
+                                std::max(within.x, within.maxX() - size.width));
+    view.place({x, center.y - size.height / 2, size.width, size.height}, context, out);
+}
+
+void placeCentered(const ui::View& view, Point center, const LayoutContext& context,
+                   DisplayList& out) {
+    const auto size = view.sizeThatFits({}, context);
+    view.place({center.x - size.width / 2, center.y - size.height / 2, size.width, size.height},
+               context, out);
+}
+
+class ElevationChartNode final : public ui::ViewNode {
+  public:
+    explicit ElevationChartNode(MoonElevationChart chart)
+        : chart_(std::move(chart)), zone_(TimeZone::named(chart_.timezone)) {}
+
+    ui::Size sizeThatFits(ui::ProposedSize proposal,
+                          const LayoutContext& /*context*/) const override {
+        return {proposal.width.value_or(kIdealLength), proposal.height.value_or(kIdealLength)};
+    }
+
+    void place(Rect bounds, const LayoutContext& context, DisplayList& out) const override {
+        const Calendar calendar(zone_.value_or(device::timeZone()));
+        const Date dayStart =
+            chartDayStart(chart_.moonrise, chart_.moonset, chart_.currentTime, calendar);
+        const ElevationScale scale(
+            chartRange(chart_.isPlaceholder, zone_, dayStart, chart_.latitude, chart_.longitude),
+            dayStart, bounds.size());
+        const auto palette =
+            ChartPalette::make(context.environment.colorScheme, chart_.widgetRenderingMode);
+        const auto events = markerEvents(palette);
+
+        const ElevationPlot plot{scale,
+                                 curvePoints(scale, curveAltitude()),
+                                 markers(events, scale),
+                                 noonX(calendar, scale),
+                                 presentPosition(scale),
+                                 palette};
+        ui::Canvas([plot](ui::GraphicsContext& graphics) {
+            plot.paint(graphics);
+        }).place(bounds, context, out);
+        placeSymbols(events, plot, bounds, context, out);
+        if (chart_.showLabel) placeLabels(events, plot, bounds, context, out);
+    }
+
+  private:
+    [[nodiscard]] AltitudeAt curveAltitude() const {
+        if (chart_.isPlaceholder) return placeholderAltitude;
+        return [lat = chart_.latitude, lng = chart_.longitude](Date instant) {
+            return compactMoonAltitude(instant, lat, lng);
+        };
+    }
+
+    // Single positions come from the full engine, as the widget's other figures do.
+    [[nodiscard]] double altitudeAt(Date instant) const {
+        if (chart_.isPlaceholder) return placeholderAltitude(instant);
+        return Solar::moonPosition(instant, chart_.latitude, chart_.longitude).altitude;
+    }
+
+    [[nodiscard]] std::vector<MarkerEvent> markerEvents(const ChartPalette& palette) const {
+        std::vector<MarkerEvent> events;
+        if (chart_.moonrise) events.push_back({*chart_.moonrise, "moonrise.fill", palette.rise});
+        if (chart_.moonset) events.push_back({*chart_.moonset, "moonset.fill", palette.set});
+        return events;
+    }
+
+    [[nodiscard]] std::vector<ChartMarker> markers(const std::vector<MarkerEvent>& events,
+                                                   const ElevationScale& scale) const {
+        std::vector<ChartMarker> result;
+        for (const auto& event : events) {
+            result.push_back(
+                {{scale.x(event.instant), scale.y(altitudeAt(event.instant))}, event.color});
+        }
+        return result;
+    }
+
+    [[nodiscard]] std::optional<double> noonX(const Calendar& calendar,
+                                              const ElevationScale& scale) const {
+        if (!chart_.showNoon) return std::nullopt;
+        const auto noon = calendar.dateBySettingTime(12, 0, 0, scale.dayStart());
+        if (!noon) return std::nullopt;
+        return scale.x(*noon);
+    }
+
+    [[nodiscard]] std::optional<PresentPosition> presentPosition(
+        const ElevationScale& scale) const {
+        if (!chart_.showCurrentPosition) return std::nullopt;
+        const double altitude = altitudeAt(chart_.currentTime);
+        return PresentPosition{{scale.x(chart_.currentTime), scale.y(altitude)}, altitude >= 0};
+    }
+
+    static void placeSymbols(const std::vector<MarkerEvent>& events, const ElevationPlot& plot,
+                             Rect bounds, const LayoutContext& context, DisplayList& out) {
+        const Point origin{bounds.x, bounds.y};
+        for (std::size_t i = 0; i < events.size(); ++i) {
+            const ui::View symbol = ui::Symbol(events[i].symbol)
+                                        .font(ui::Font::system(14, ui::FontWeight::semibold))
+                                        .color(events[i].color);
+            placeCentered(symbol, offset(plot.markers[i].point, origin), context, out);
+        }
+        if (!plot.present) return;
+        const double opacity = plot.present->aboveHorizon ? 0.95 : 0.4;
+        const ui::View moon = ui::Symbol("moon.fill")
+                                  .font(ui::Font::system(14, ui::FontWeight::bold))
+                                  .color(ui::Color::white().opacity(opacity));
+        placeCentered(moon, offset(plot.present->point, origin), context, out);
+    }
+
+    void placeLabels(const std::vector<MarkerEvent>& events, const ElevationPlot& plot, Rect bounds,
+                     const LayoutContext& context, DisplayList& out) const {
+        const DateFormatter formatter{device::localeIdentifier(),
+                                      zone_.value_or(device::timeZone())};
+        for (std::size_t i = 0; i < events.size(); ++i) {
+            const auto color = events[i].color.opacity(0.22);
+            const ui::View label =
+                ui::View(ui::Text(formatter.shortTime(events[i].instant)).font(kLabelFont))
+                    .padding({1, 3, 1, 3})
+                    .background(ui::Canvas([color](ui::GraphicsContext& graphics) {
+                        graphics.fill(capsule(graphics.size()), color);
+                    }));
+            const Point marker = offset(plot.markers[i].point, {bounds.x, bounds.y});
+            placeAround(label, {marker.x, marker.y - kLabelLift}, bounds, context, out);
+        }
+    }
+
+    static Point offset(Point point, Point by) { return {point.x + by.x, point.y + by.y}; }
+
+    MoonElevationChart chart_;
+    std::optional<TimeZone> zone_;
+};
+
+}  // namespace
+
+ui::View MoonElevationChart::body() const {
+    return ui::View(std::make_shared<const ElevationChartNode>(*this));
+}
+
+}  // namespace lunoval

@@ -1,0 +1,252 @@
+#include "views/moon_elevation_chart.hpp"
+
+#include <gtest/gtest.h>
+#include <tuple>
+#include <vector>
+
+#include "astro/moon_position.hpp"
+#include "astro/test_dates.hpp"
+#include "fake_text_measurer.hpp"
+#include "platform/device.hpp"
+
+namespace lunoval {
+namespace {
+
+using testing::utc;
+using testing::zone;
+using ui::Color;
+using ui::DrawSymbol;
+using ui::Point;
+using ui::StrokePath;
+
+constexpr ui::Size kChart{240, 100};
+constexpr double kParisLat = 48.8566;
+constexpr double kParisLng = 2.3522;
+// Paris days start at 22:00 UTC in summer time; on 10 June 2025 the moon sets in the morning
+// and rises in the evening.
+const Date kParisDay = utc(2025, 6, 9, 22);
+
+const testing::FakeTextMeasurer kMeasurer;
+
+ui::DisplayList draw(const MoonElevationChart& chart) {
+    return ui::render(chart.body(), kChart, {kMeasurer, {}});
+}
+
+MoonElevationChart parisChart() {
+    const auto paris = zone("Europe/Paris");
+    return {.moonrise = Solar::moonRiseSet(kParisDay, paris, true, kParisLat, kParisLng),
+            .moonset = Solar::moonRiseSet(kParisDay, paris, false, kParisLat, kParisLng),
+            .currentTime = utc(2025, 6, 10, 9),
+            .timezone = "Europe/Paris",
+            .latitude = kParisLat,
+            .longitude = kParisLng};
+}
+
+template <typename T>
+std::vector<T> all(const ui::DisplayList& list) {
+    std::vector<T> found;
+    for (const auto& command : list.commands) {
+        if (const auto* item = std::get_if<T>(&command)) found.push_back(*item);
+    }
+    return found;
+}
+
+DrawSymbol symbolNamed(const ui::DisplayList& list, const std::string& name) {
+    for (const auto& symbol : all<DrawSymbol>(list)) {
+        if (symbol.name == name) return symbol;
+    }
+    ADD_FAILURE() << "no " << name;
+    return {};
+}
+
+// The canvas draws from its own origin, which is the chart's: the chart fills the whole list.
+std::vector<std::pair<Point, Point>> straightLines(const ui::DisplayList& list, bool dashed) {
+    std::vector<std::pair<Point, Point>> lines;
+    for (const auto& stroke : all<StrokePath>(list)) {
+        const auto& elements = stroke.path.elements;
+        if (elements.size() != 2 || stroke.style.dash.empty() == dashed) continue;
+        lines.emplace_back(std::get<ui::Path::MoveTo>(elements[0]).to,
+                           std::get<ui::Path::LineTo>(elements[1]).to);
+    }
+    return lines;
+}
+
+double horizonY(const ui::DisplayList& list) {
+    for (const auto& [from, to] : straightLines(list, false)) {
+        if (from.x == 0 && to.x == kChart.width && from.y == to.y) return from.y;
+    }
+    ADD_FAILURE() << "no horizon";
+    return 0;
+}
+
+Color cyan() {
+    return ui::systemColor(ui::SystemColor::cyan, ui::ColorScheme::dark);
+}
+Color purple() {
+    return ui::systemColor(ui::SystemColor::purple, ui::ColorScheme::dark);
+}
+
+TEST(MoonElevationChart, MarksRiseAndSetOnTheHorizonAtTheirTimeOfDay) {
+    const auto chart = parisChart();
+    ASSERT_TRUE(chart.moonrise && chart.moonset);
+    const auto list = draw(chart);
+    const double horizon = horizonY(list);
+
+    const std::vector<std::tuple<std::string, Date, Color>> cases{
+        {"moonrise.fill", *chart.moonrise, cyan()},
+        {"moonset.fill", *chart.moonset, purple()},
+    };
+    for (const auto& [name, instant, color] : cases) {
+        const auto symbol = symbolNamed(list, name);
+        const double x = kChart.width *
+                         (instant.timeIntervalSince1970() - kParisDay.timeIntervalSince1970()) /
+                         86'400;
+        EXPECT_NEAR(symbol.frame.center().x, x, 1e-9) << name;
+        // The engine's rise and set are where its altitude crosses the horizon.
+        EXPECT_NEAR(symbol.frame.center().y, horizon, 1.0) << name;
+        EXPECT_EQ(symbol.color, color) << name;
+        EXPECT_EQ(symbol.weight, ui::FontWeight::semibold) << name;
+    }
+}
+
+TEST(MoonElevationChart, DrawsDashedGuidesFromAboveEachMarker) {
+    const auto list = draw(parisChart());
+    std::vector<StrokePath> guides;
+    for (const auto& stroke : all<StrokePath>(list)) {
+        if (!stroke.style.dash.empty()) guides.push_back(stroke);
+    }
+    ASSERT_EQ(guides.size(), 2u);
+    const std::vector<std::pair<std::string, Color>> markers{{"moonrise.fill", cyan()},
+                                                             {"moonset.fill", purple()}};
+    for (std::size_t i = 0; i < guides.size(); ++i) {
+        const auto center = symbolNamed(list, markers[i].first).frame.center();
+        EXPECT_EQ(guides[i].style, (ui::StrokeStyle{1.5, 10, {3, 3}}));
+        EXPECT_EQ(std::get<Color>(guides[i].paint), markers[i].second.opacity(0.6));
+        const auto start = std::get<ui::Path::MoveTo>(guides[i].path.elements[0]).to;
+        const auto end = std::get<ui::Path::LineTo>(guides[i].path.elements[1]).to;
+        EXPECT_NEAR(start.x, center.x, 1e-9);
+        EXPECT_NEAR(start.y, center.y - 8, 1e-9);
+        EXPECT_EQ(end.x, start.x);
+        EXPECT_GT(end.y, start.y);
+    }
+}
+
+TEST(MoonElevationChart, PresentMoonIsBrightAboveTheHorizonAndDimBelow) {
+    // 02:00 and 14:00 in Paris.
+    const std::vector<std::tuple<Date, double, double>> cases{
+        {utc(2025, 6, 10, 0), 20, 0.95},
+        {utc(2025, 6, 10, 12), 140, 0.4},
+    };
+    for (const auto& [now, x, opacity] : cases) {
+        auto chart = parisChart();
+        chart.currentTime = now;
+        const auto list = draw(chart);
+        const auto moon = symbolNamed(list, "moon.fill");
+        EXPECT_NEAR(moon.frame.center().x, x, 1e-9);
+        EXPECT_EQ(moon.color, Color::white().opacity(opacity));
+        EXPECT_EQ(moon.weight, ui::FontWeight::bold);
+        EXPECT_EQ(moon.frame.center().y<horizonY(list), opacity> 0.5);
+    }
+}
+
+TEST(MoonElevationChart, PresentPositionIsOptional) {
+    auto chart = parisChart();
+    chart.showCurrentPosition = false;
+    for (const auto& symbol : all<DrawSymbol>(draw(chart))) EXPECT_NE(symbol.name, "moon.fill");
+}
+
+TEST(MoonElevationChart, ClampsAPresentMoonHigherThanTheChartDay) {
+    // The chart shows a Tromsø day when the moon stays below -5°; two weeks later it is 48° up.
+    const MoonElevationChart chart{.moonset = utc(2025, 1, 26, 12),
+                                   .currentTime = utc(2025, 2, 8, 20),
+                                   .timezone = "Europe/Oslo",
+                                   .latitude = 69.6492,
+                                   .longitude = 18.9553};
+    const auto list = draw(chart);
+    EXPECT_EQ(horizonY(list), 8);
+    EXPECT_DOUBLE_EQ(symbolNamed(list, "moon.fill").frame.center().y, 8);
+}
+
+TEST(MoonElevationChart, LabelsTheTimesInThePlaceZoneOnlyWhenAsked) {
+    device::setLocaleIdentifier("en_GB");
+    device::setTimeZone(TimeZone::utc());
+    const std::vector<std::tuple<std::string, std::string, std::string>> cases{
+        {"Europe/Paris", "22:00", "07:30"},
+        {"Mars/Olympus_Mons", "20:00", "05:30"},  // the device zone
+    };
+    for (const auto& [timezone, riseText, setText] : cases) {
+        MoonElevationChart chart{.moonrise = utc(2025, 6, 10, 20),
+                                 .moonset = utc(2025, 6, 10, 5, 30),
+                                 .currentTime = utc(2025, 6, 10, 9),
+                                 .timezone = timezone};
+        EXPECT_TRUE(all<ui::DrawText>(draw(chart)).empty());
+
+        chart.showLabel = true;
+        const auto list = draw(chart);
+        const auto labels = all<ui::DrawText>(list);
+        ASSERT_EQ(labels.size(), 2u);
+        const std::vector<std::pair<std::string, std::string>> expected{{"moonrise.fill", riseText},
+                                                                        {"moonset.fill", setText}};
+        for (std::size_t i = 0; i < labels.size(); ++i) {
+            EXPECT_EQ(labels[i].text, expected[i].second);
+            EXPECT_EQ(labels[i].font.weight, ui::FontWeight::bold);
+            EXPECT_EQ(labels[i].color, Color::white());
+            const double markerY = symbolNamed(list, expected[i].first).frame.center().y;
+            EXPECT_NEAR(labels[i].frame.center().y, markerY - 26, 1e-9);
+        }
+    }
+    device::setLocaleIdentifier(std::nullopt);
+    device::setTimeZone(std::nullopt);
+}
+
+TEST(MoonElevationChart, UnknownZoneScalesToEveryAltitude) {
+    auto chart = parisChart();
+    chart.timezone = "Mars/Olympus_Mons";
+    EXPECT_EQ(horizonY(draw(chart)), kChart.height / 2);
+}
+
+TEST(MoonElevationChart, PlaceholderDrawsItsMadeUpDay) {
+    // The made-up altitude peaks at 50° at 08:00 UTC, the top of a -25° to 55° scale.
+    const MoonElevationChart chart{.currentTime = utc(2025, 6, 10, 8),
+                                   .timezone = "UTC",
+                                   .latitude = kParisLat,
+                                   .longitude = kParisLng,
+                                   .isPlaceholder = true};
+    const auto moon = symbolNamed(draw(chart), "moon.fill").frame.center();
+    EXPECT_NEAR(moon.x, 80, 1e-9);
+    EXPECT_NEAR(moon.y, 100 - 84 * 75.0 / 80 - 8, 1e-9);
+}
+
+TEST(MoonElevationChart, NoonTickSitsAtLocalNoonEvenOnAShortDay) {
+    // 30 March 2025 in Paris lasts 23 hours; noon comes 11 hours after midnight.
+    const MoonElevationChart chart{.currentTime = utc(2025, 3, 30, 9),
+                                   .timezone = "Europe/Paris",
+                                   .latitude = kParisLat,
+                                   .longitude = kParisLng,
+                                   .showNoon = true};
+    std::vector<double> verticals;
+    for (const auto& [from, to] : straightLines(draw(chart), false)) {
+        if (from.x == to.x) verticals.push_back(from.x);
+    }
+    ASSERT_EQ(verticals.size(), 1u);
+    EXPECT_NEAR(verticals.front(), kChart.width * 11 / 24, 1e-9);
+
+    auto without = chart;
+    without.showNoon = false;
+    verticals.clear();
+    for (const auto& [from, to] : straightLines(draw(without), false)) {
+        if (from.x == to.x) verticals.push_back(from.x);
+    }
+    EXPECT_TRUE(verticals.empty());
+}
+
+TEST(MoonElevationChart, TintedModesDropTheMarkerHues) {
+    auto chart = parisChart();
+    chart.widgetRenderingMode = ui::RenderingMode::accented;
+    const auto list = draw(chart);
+    EXPECT_EQ(symbolNamed(list, "moonrise.fill").color, Color::white());
+    EXPECT_EQ(symbolNamed(list, "moonset.fill").color, Color::white());
+}
+
+}  // namespace
+}  // namespace lunoval

@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+
+#include "fake_text_measurer.hpp"
+#include "views/moon_event_view.hpp"
+
+namespace lunoval {
+namespace {
+
+using namespace ui;
+using widgetkit::WidgetFamily;
+
+const testing::FakeTextMeasurer kMeasurer;
+const LayoutContext kContext{kMeasurer, {.contentMargin = 16}};
+const Date kNoon = Date::fromTimeIntervalSince1970(1757246400);  // 2025-09-07 12:00 UTC
+
+template <typename Wanted>
+std::vector<Wanted> all(const View& view) {
+    std::vector<Wanted> found;
+    for (const auto& command : render(view, {170, 170}, kContext).commands) {
+        if (const auto* match = std::get_if<Wanted>(&command)) found.push_back(*match);
+    }
+    return found;
+}
+
+View eventView(std::optional<MoonWidgetData> data) {
+    return SmallMoonEventView{{.date = kNoon, .widgetData = std::move(data)}, 36, 42}.body();
+}
+
+TEST(MoonEventWidgetEntryView, DrawsOnlyInTheSmallFamily) {
+    const MoonWidgetEntry entry{.date = kNoon, .widgetData = MoonWidgetData::placeholder(kNoon)};
+    for (const auto family : {WidgetFamily::systemSmall, WidgetFamily::systemMedium,
+                              WidgetFamily::systemLarge, WidgetFamily::accessoryCircular,
+                              WidgetFamily::accessoryRectangular, WidgetFamily::accessoryInline}) {
+        const auto view = MoonEventWidgetEntryView{entry, {.family = family}}.body();
+        EXPECT_EQ(render(view, {170, 170}, kContext).commands.empty(),
+                  family != WidgetFamily::systemSmall)
+            << familyName(family);
+    }
+}
+
+TEST(SmallMoonEventView, NamesTheNextPhaseOrTodaysEclipseBesideTheDate) {
+    const auto eclipse = [](bool visible) {
+        return std::make_shared<const EclipseEvent>(EclipseEvent{.key = "TLE",
+                                                                 .title = "Total Lunar Eclipse",
+                                                                 .datetime = kNoon,
+                                                                 .isLunarEvent = true,
+                                                                 .isVisible = visible});
+    };
+    struct Case {
+        bool knowsNextPhase;
+        std::shared_ptr<const EclipseEvent> eclipse;
+        std::string what;
+        std::string when;
+    };
+    for (const auto& [knowsNextPhase, eclipseInfo, what, when] :
+         {Case{true, nullptr, "Full Moon", "in 7 days"}, Case{false, nullptr, "Next phase", "--"},
+          Case{true, eclipse(true), "Total Lunar Eclipse", "Visible today"},
+          Case{true, eclipse(false), "Total Lunar Eclipse", "Not visible here"}}) {
+        auto data = MoonWidgetData::placeholder(kNoon);
+        if (!knowsNextPhase) {
+            data.nextMoonPhase.reset();
+            data.nextPhaseTime.reset();
+        }
+        data.eclipseInfo = eclipseInfo;
+        data.moonset.reset();
+        const auto shown = all<DrawText>(eventView(data));
+        const auto& month = shown.at(0);
+        const auto& first = shown.at(2);
+        const auto& second = shown.at(3);
+        EXPECT_EQ(first.text, what);
+        EXPECT_EQ(second.text, when);
+        EXPECT_DOUBLE_EQ(first.frame.y, month.frame.y - 2);
+        EXPECT_DOUBLE_EQ(second.frame.y, first.frame.maxY() + 3);
+        EXPECT_EQ(second.font, Font::system(11, FontWeight::medium));
+        EXPECT_EQ(shown.back().text, "--:--");
+    }
+}
+
+TEST(SmallMoonEventView, ShowsThePlaceholderOrThePermissionPrompt) {
+    EXPECT_EQ(all<DrawSymbol>(eventView(std::nullopt)).at(0).name, "moon.fill");
+    EXPECT_EQ(all<DrawText>(eventView(std::nullopt)).at(0).text, "Open Lunoval");
+    const auto prompt = eventView(MoonWidgetData::permissionNeeded("UTC", kNoon));
+    EXPECT_EQ(all<DrawSymbol>(prompt).at(0).name, "location.slash.fill");
+}
+
+}  // namespace
+}  // namespace lunoval

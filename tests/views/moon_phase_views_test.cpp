@@ -1,0 +1,91 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "fake_text_measurer.hpp"
+#include "views/moon_phase_views.hpp"
+#include "views/widget_text.hpp"
+
+namespace lunoval {
+namespace {
+
+using namespace ui;
+using ::testing::Contains;
+using widgetkit::WidgetFamily;
+
+const testing::FakeTextMeasurer kMeasurer;
+const LayoutContext kContext{kMeasurer, {.contentMargin = 16}};
+const Date kNow = Date::fromTimeIntervalSince1970(1760022000);
+
+// The texts or symbol names the list draws, in order.
+template <typename Command, auto field = &Command::text>
+std::vector<std::string> drawn(const DisplayList& list) {
+    std::vector<std::string> found;
+    for (const auto& command : list.commands) {
+        if (const auto* match = std::get_if<Command>(&command)) found.push_back(match->*field);
+    }
+    return found;
+}
+const auto texts = drawn<DrawText>;
+const auto symbols = drawn<DrawSymbol, &DrawSymbol::name>;
+
+MoonWidgetEntry entryWith(std::optional<MoonWidgetData> data) {
+    return {.date = kNow, .widgetData = std::move(data)};
+}
+
+DisplayList entryView(const MoonWidgetEntry& entry, WidgetFamily family, Size size) {
+    return render(MoonPhaseWidgetEntryView{entry, {.family = family}}.body(), size, kContext);
+}
+
+TEST(MoonPhaseWidgetEntryView, ShowsTheSmallLayoutForFamiliesItDoesNotList) {
+    const auto entry = entryWith(MoonWidgetData::placeholder(kNow));
+    const auto small = texts(render(SmallMoonPhaseView{entry}.body(), {170, 170}, kContext));
+    EXPECT_EQ(texts(entryView(entry, WidgetFamily::systemSmall, {170, 170})), small);
+    EXPECT_EQ(texts(entryView(entry, WidgetFamily::systemMedium, {364, 170})), small);
+    EXPECT_THAT(texts(entryView(entry, WidgetFamily::systemLarge, {364, 382})),
+                Contains("October 2025"));
+}
+
+TEST(MoonPhaseWidgetEntryView, AsksForLocationInEveryHomeScreenFamily) {
+    const auto entry = entryWith(MoonWidgetData::permissionNeeded("Europe/Paris", kNow));
+    for (const auto& [family, size] : {std::pair{WidgetFamily::systemSmall, Size{170, 170}},
+                                       {WidgetFamily::systemMedium, Size{364, 170}},
+                                       {WidgetFamily::systemLarge, Size{364, 382}}}) {
+        const auto list = entryView(entry, family, size);
+        EXPECT_THAT(texts(list), Contains("Location Access Required"));
+        EXPECT_EQ(list.widgetURL, "lunoval://settings");
+    }
+}
+
+TEST(MoonPhaseViews, ShowThePlaceholderWithoutData) {
+    for (const auto& view : {SmallMoonPhaseView{entryWith(std::nullopt)}.body(),
+                             MediumMoonView{entryWith(std::nullopt)}.body()}) {
+        const auto list = render(view, {364, 170}, kContext);
+        EXPECT_EQ(symbols(list), std::vector<std::string>{"moon.fill"});
+        EXPECT_EQ(texts(list), std::vector<std::string>{"Open Lunoval"});
+    }
+}
+
+TEST(MoonPhaseViews, TruncateTheLitPercentageAndRoundTheElevation) {
+    for (const auto& [illumination, altitude, lit, elevation] :
+         {std::tuple{0.999, -0.5, "99% illuminated", "-1°"},
+          {1.0, 0.49, "100% illuminated", "0°"}}) {
+        auto data = MoonWidgetData::placeholder(kNow);
+        data.currentMoonPhase->illumination = illumination;
+        data.moonAltitude = altitude;
+        EXPECT_THAT(texts(render(SmallMoonPhaseView{entryWith(data)}.body(), {170, 170}, kContext)),
+                    Contains(lit));
+        EXPECT_THAT(texts(render(MediumMoonView{entryWith(data)}.body(), {364, 170}, kContext)),
+                    Contains(elevation));
+    }
+}
+
+TEST(SmallMoonPhaseView, ShowsOnlyTheMoonsetRowOnADayWithoutMoonrise) {
+    auto data = MoonWidgetData::placeholder(kNow);
+    data.moonrise.reset();
+    const auto list = render(SmallMoonPhaseView{entryWith(data)}.body(), {170, 170}, kContext);
+    EXPECT_EQ(symbols(list), std::vector<std::string>{"moonset.fill"});
+    EXPECT_EQ(texts(list).back(), shortTimeText(*data.moonset, data.timezone));
+}
+
+}  // namespace
+}  // namespace lunoval
