@@ -44,7 +44,11 @@ std::string figure(const GalleryItem& item, const std::string& about) {
     const std::string family(widgetkit::familyName(item.family));
     const auto alt =
         escaped(l10n::localized(item.widget.displayName)) + ", " + family + ": " + escaped(about);
-    std::string image = "<img src=\"" + item.imageName() + "\" alt=\"" + alt + "\">";
+    // Shown at its size in points, as on the phone, whatever the scale it was drawn at.
+    const auto size = widgetkit::familySize(item.family);
+    std::string image = "<img src=\"" + item.imageName() + "\" width=\"" +
+                        std::to_string(static_cast<int>(size.width)) + "\" height=\"" +
+                        std::to_string(static_cast<int>(size.height)) + "\" alt=\"" + alt + "\">";
     if (item.tapURL) image = "<a href=\"" + escaped(*item.tapURL) + "\">" + image + "</a>";
     return "<figure>" + image + "<figcaption>" + family + "</figcaption></figure>\n";
 }
@@ -54,7 +58,7 @@ constexpr const char* kStyle =
     "section{margin-bottom:2.5rem}h2{margin:0 0 .2rem}p{margin:0 0 1rem;color:#aab3c8}"
     ".widgets{display:flex;flex-wrap:wrap;gap:1.5rem;align-items:flex-end}"
     "figure{margin:0;text-align:center}figcaption{font-size:.8rem;color:#aab3c8}"
-    "img{display:block;width:auto;height:auto;max-width:100%}";
+    "img{display:block;max-width:100%;height:auto}";
 
 }  // namespace
 

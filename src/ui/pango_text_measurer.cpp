@@ -4,8 +4,10 @@
 
 namespace lunoval::ui {
 
-TextMeasurement PangoTextMeasurer::measure(std::string_view text, const Font& font,
-                                           std::optional<double> maxWidth, int maxLines) const {
+namespace {
+
+TextMeasurement layOutAndMeasure(std::string_view text, const Font& font,
+                                 std::optional<double> maxWidth, int maxLines) {
     const LayoutHandle layout = layOutText(text, font, {.width = maxWidth, .maxLines = maxLines});
     PangoRectangle logical;
     pango_layout_get_extents(layout.get(), nullptr, &logical);
@@ -16,6 +18,17 @@ TextMeasurement PangoTextMeasurer::measure(std::string_view text, const Font& fo
                            (wrapWidth >= 0 && logical.width > wrapWidth);
     return {{pango_units_to_double(logical.width), pango_units_to_double(logical.height)},
             truncated};
+}
+
+}  // namespace
+
+TextMeasurement PangoTextMeasurer::measure(std::string_view text, const Font& font,
+                                           std::optional<double> maxWidth, int maxLines) const {
+    Question question{std::string(text), font.size, font.weight, maxWidth, maxLines};
+    if (const auto known = answers_.find(question); known != answers_.end()) return known->second;
+    const auto answer = layOutAndMeasure(text, font, maxWidth, maxLines);
+    answers_.emplace(std::move(question), answer);
+    return answer;
 }
 
 }  // namespace lunoval::ui

@@ -2,6 +2,7 @@
 
 #include <type_traits>
 #include <variant>
+#include <vector>
 
 namespace lunoval::ui {
 
@@ -43,7 +44,19 @@ struct ColorMap {
 DisplayList applyRenderingMode(DisplayList list, RenderingMode mode, Color accent) {
     if (mode == RenderingMode::fullColor) return list;
     const ColorMap map{mode, accent};
-    for (auto& command : list.commands) map.apply(command);
+    // What erases only lends its alpha, so it keeps its colour: mapped, opaque black would
+    // become clear and erase nothing.
+    std::vector<bool> erasing{false};
+    for (auto& command : list.commands) {
+        if (const auto* group = std::get_if<BeginGroup>(&command)) {
+            erasing.push_back(erasing.back() || group->blendMode == BlendMode::destinationOut);
+        } else if (std::holds_alternative<EndGroup>(command)) {
+            if (erasing.size() > 1) erasing.pop_back();
+        } else if (const auto* fill = std::get_if<FillPath>(&command);
+                   !erasing.back() && !(fill && fill->blendMode == BlendMode::destinationOut)) {
+            map.apply(command);
+        }
+    }
     return list;
 }
 

@@ -197,7 +197,6 @@ class ContainerBackgroundNode final : public ViewNode {
     }
     void place(Rect bounds, const LayoutContext& context, DisplayList& out) const override {
         background_.place(bounds, context, out);
-        out.commands.emplace_back(BeginGroup{.isLayer = true});
         const double margin = context.environment.contentMargin;
         const Rect inner{bounds.x + margin, bounds.y + margin,
                          std::max(0.0, bounds.width - 2 * margin),
@@ -205,7 +204,6 @@ class ContainerBackgroundNode final : public ViewNode {
         const auto size = content_.sizeThatFits({inner.width, inner.height}, context);
         const auto origin = Alignment::center.place(size, inner);
         content_.place({origin.x, origin.y, size.width, size.height}, context, out);
-        out.commands.emplace_back(EndGroup{});
     }
 
   private:
@@ -250,6 +248,10 @@ View View::rotationEffect(double radians) const {
 View View::blendMode(BlendMode mode) const {
     return View(std::make_shared<const GroupNode>(
         *this, BeginGroup{.isLayer = true, .blendMode = mode}, false, 0.0));
+}
+
+View View::compositingGroup() const {
+    return View(std::make_shared<const GroupNode>(*this, BeginGroup{.isLayer = true}, false, 0.0));
 }
 
 View View::background(View behind) const {

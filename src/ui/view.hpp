@@ -68,12 +68,13 @@ class View {
     [[nodiscard]] View rotationEffect(double radians) const;
     // Composites the view as one layer onto what lies below it.
     [[nodiscard]] View blendMode(BlendMode mode) const;
+    // Draws the view in a layer of its own first, so blending inside it stays inside it.
+    [[nodiscard]] View compositingGroup() const;
     [[nodiscard]] View background(View behind) const;
     [[nodiscard]] View overlay(View above, Alignment alignment = {}) const;
     [[nodiscard]] View widgetURL(std::string url) const;
     // Fills all it is offered with `background` and draws the view centred over it, inside the
-    // host's content margin, in a layer of its own, as the host draws a widget's container
-    // background: erasing in the content never reaches the background.
+    // host's content margin, as the host draws a widget's container background.
     [[nodiscard]] View containerBackground(View background) const;
 
   private:

@@ -67,7 +67,7 @@ View glowCutout() {
 // The glow hangs around the disc without taking room in the layout.
 View glowingMoon(const Solar::SimpleMoonPhase& phase) {
     return moonDisc(phase, kSmallMoonSize)
-        .background(ZStack(Alignment::center, {glow(), glowCutout()}))
+        .background(ZStack(Alignment::center, {glow(), glowCutout()}).compositingGroup())
         .padding({.bottom = 4});
 }
 

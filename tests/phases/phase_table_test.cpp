@@ -1,25 +1,20 @@
 #include <gtest/gtest.h>
 
 #include <plist/plist.h>
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
+#include "astro/test_dates.hpp"
 #include "temp_folder.hpp"
 
 #include "phases/moon_phase_data_manager.hpp"
 #include "phases/phase_table_parser.hpp"
-#include "platform/calendar.hpp"
 
 namespace lunoval {
 namespace {
 
 namespace fs = std::filesystem;
 using Code = MoonPhaseEvent::PhaseType;
-
-Date utc(int year, int month, int day, int hour = 0, int minute = 0) {
-    return *Calendar(TimeZone::utc()).date(year, month, day, hour, minute);
-}
+using testing::utc;
 
 std::string xmlYear(const std::string& body) {
     return R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -58,22 +53,16 @@ std::string loggedBy(F action) {
 }
 
 TEST(PhaseTableParser, ReadsIntegersAsSignedDecimalsOnly) {
-    const std::vector<std::pair<std::string, std::optional<std::int64_t>>> cases{
-        {"12", 12},
-        {"+7", 7},
-        {"-1", -1},
-        {"007", 7},
-        {"", std::nullopt},
-        {"+", std::nullopt},
-        {"+-1", std::nullopt},
-        {" 1", std::nullopt},
-        {"1 ", std::nullopt},
-        {"Jan", std::nullopt},
-        {"1.0", std::nullopt},
-        {"9223372036854775807", 9223372036854775807LL},
-        {"9223372036854775808", std::nullopt},
-    };
-    for (const auto& [text, expected] : cases) EXPECT_EQ(parseInteger(text), expected) << text;
+    for (const auto& [text, value] : {std::pair{"12", 12LL},
+                                      {"+7", 7LL},
+                                      {"-1", -1LL},
+                                      {"007", 7LL},
+                                      {"9223372036854775807", 9223372036854775807LL}}) {
+        EXPECT_EQ(parseInteger(text), value) << text;
+    }
+    for (const char* bad : {"", "+", "+-1", " 1", "1 ", "Jan", "1.0", "9223372036854775808"}) {
+        EXPECT_FALSE(parseInteger(bad)) << bad;
+    }
 }
 
 TEST(PhaseTableParser, ReadsEventsOfExactlyThreeSingleSpacedFields) {
@@ -170,54 +159,44 @@ TEST_F(PhaseTables, AYearIsReadOnceAndKept) {
     EXPECT_EQ(loggedBy([&] { EXPECT_TRUE(phases.events(2041, 6).empty()); }), "");
 }
 
-struct NextPhaseCase {
-    const char* name;
-    Date query;
-    const char* zone;
-    std::optional<MoonPhaseEvent> expected;
-    std::int64_t daysUntil;
-};
-
-class NextPhaseQueries : public PhaseTables, public ::testing::WithParamInterface<NextPhaseCase> {};
-
-TEST_P(NextPhaseQueries, LookOnlyAtTheLocalMonthByLocalDay) {
+TEST_F(PhaseTables, NextPhaseLooksOnlyAtTheLocalMonthByLocalDay) {
     // Day order differs from file order; two events share day 20 with the later hour first.
     write(kFrameworkBundleIdentifier, 2042,
           xmlYear(month("3", {"20 22:00 LQ", "1 00:30 NM", "8 23:30 FQ", "20 01:00 FM"}) +
                   month("4", {"30 23:50 NM"})));
-    const auto& c = GetParam();
-    const auto next = manager().nextPhase(c.query, *TimeZone::named(c.zone));
-    ASSERT_EQ(next.has_value(), c.expected.has_value()) << c.name;
-    if (!next) return;
-    EXPECT_EQ(next->event, *c.expected) << c.name;
-    EXPECT_EQ(next->daysUntil, c.daysUntil) << c.name;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, NextPhaseQueries,
-    ::testing::Values(
-        NextPhaseCase{"an event earlier the same day still counts", utc(2042, 3, 8, 23, 45), "UTC",
-                      MoonPhaseEvent{8, 23, 30, Code::firstQuarter}, 0},
-        NextPhaseCase{"the first of two same-day events in file order wins", utc(2042, 3, 10),
-                      "UTC", MoonPhaseEvent{20, 22, 0, Code::lastQuarter}, 10},
-        NextPhaseCase{"after the month's last event there is none", utc(2042, 3, 30), "UTC",
-                      std::nullopt, 0},
+    struct Case {
+        const char* name;
+        Date query;
+        const char* zone;
+        std::optional<MoonPhaseEvent> expected;
+        std::int64_t daysUntil;
+    };
+    const std::vector<Case> cases{
+        {"an event earlier the same day still counts", utc(2042, 3, 8, 23, 45), "UTC",
+         MoonPhaseEvent{8, 23, 30, Code::firstQuarter}, 0},
+        {"the first of two same-day events in file order wins", utc(2042, 3, 10), "UTC",
+         MoonPhaseEvent{20, 22, 0, Code::lastQuarter}, 10},
+        {"after the month's last event there is none", utc(2042, 3, 30), "UTC", std::nullopt, 0},
         // 00:30 UTC on 1 March is still 28 February in New York: compared as day 28.
-        NextPhaseCase{"an event on the previous month's last local day", utc(2042, 3, 5, 12),
-                      "America/New_York", MoonPhaseEvent{1, 0, 30, Code::newMoon}, 23},
+        {"an event on the previous month's last local day", utc(2042, 3, 5, 12), "America/New_York",
+         MoonPhaseEvent{1, 0, 30, Code::newMoon}, 23},
         // 23:30 UTC on the 8th is the 9th in Tokyo.
-        NextPhaseCase{"an event that is the next local day east of UTC", utc(2042, 3, 8, 12),
-                      "Asia/Tokyo", MoonPhaseEvent{8, 23, 30, Code::firstQuarter}, 1},
+        {"an event that is the next local day east of UTC", utc(2042, 3, 8, 12), "Asia/Tokyo",
+         MoonPhaseEvent{8, 23, 30, Code::firstQuarter}, 1},
         // April's event is 1 May in Tokyo: compared as day 1, behind the 29th.
-        NextPhaseCase{"an event that lands in the next month locally", utc(2042, 4, 29, 3),
-                      "Asia/Tokyo", std::nullopt, 0},
-        NextPhaseCase{"a month without a table", utc(2042, 5, 1), "UTC", std::nullopt, 0}),
-    [](const auto& info) {
-        std::string name = info.param.name;
-        std::replace_if(
-            name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
-        return name;
-    });
+        {"an event that lands in the next month locally", utc(2042, 4, 29, 3), "Asia/Tokyo",
+         std::nullopt, 0},
+        {"a month without a table", utc(2042, 5, 1), "UTC", std::nullopt, 0},
+    };
+    auto phases = manager();
+    for (const auto& [name, query, zone, expected, daysUntil] : cases) {
+        const auto next = phases.nextPhase(query, *TimeZone::named(zone));
+        ASSERT_EQ(next.has_value(), expected.has_value()) << name;
+        if (!next) continue;
+        EXPECT_EQ(next->event, *expected) << name;
+        EXPECT_EQ(next->daysUntil, daysUntil) << name;
+    }
+}
 
 TEST(EventDate, IsTheTablesUtcWallClockTime) {
     EXPECT_EQ(MoonPhaseDataManager::eventDate(2025, 10, 7, 3, 48), utc(2025, 10, 7, 3, 48));

@@ -5,14 +5,13 @@
 #include <tuple>
 #include <vector>
 
+#include "astro/test_dates.hpp"
 #include "platform/date_formatter.hpp"
 
 namespace lunoval {
 namespace {
 
-Date utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
-    return *Calendar(TimeZone::utc()).date(year, month, day, hour, minute, second);
-}
+using testing::utc;
 
 Calendar in(const char* zone) {
     return Calendar(*TimeZone::named(zone));
@@ -51,32 +50,23 @@ TEST(TimeZone, KeepsDaylightSavingAfterTheLastListedChange) {
               utc(2050, 3, 27, 1, 0));
 }
 
-struct StartOfDayCase {
-    const char* zone;
-    Date instant;
-    Date expected;
-};
-
-class StartOfDay : public testing::TestWithParam<StartOfDayCase> {};
-
-TEST_P(StartOfDay, IsLocalMidnightOrTheFirstInstantAfterASkippedOne) {
-    const auto& c = GetParam();
-    EXPECT_EQ(in(c.zone).startOfDay(c.instant), c.expected) << c.zone;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Zones, StartOfDay,
-    testing::Values(
+TEST(Calendar, StartOfDayIsLocalMidnightOrTheFirstInstantAfterASkippedOne) {
+    const std::vector<std::tuple<const char*, Date, Date>> cases{
         // 23:30 UTC on the 5th is already the 6th in Paris (+2 in summer).
-        StartOfDayCase{"Europe/Paris", utc(2025, 7, 5, 23, 30), utc(2025, 7, 5, 22, 0)},
+        {"Europe/Paris", utc(2025, 7, 5, 23, 30), utc(2025, 7, 5, 22, 0)},
         // 02:00 UTC is still the previous day in New York.
-        StartOfDayCase{"America/New_York", utc(2025, 7, 6, 2, 0), utc(2025, 7, 5, 4, 0)},
-        StartOfDayCase{"Asia/Kathmandu", utc(2025, 1, 1, 0, 0), utc(2024, 12, 31, 18, 15)},
-        StartOfDayCase{"Pacific/Chatham", utc(2025, 1, 1, 0, 0), utc(2024, 12, 31, 10, 15)},
+        {"America/New_York", utc(2025, 7, 6, 2, 0), utc(2025, 7, 5, 4, 0)},
+        {"Asia/Kathmandu", utc(2025, 1, 1, 0, 0), utc(2024, 12, 31, 18, 15)},
+        {"Pacific/Chatham", utc(2025, 1, 1, 0, 0), utc(2024, 12, 31, 10, 15)},
         // Santiago skips 00:00-01:00 on 2024-09-08: the day starts at 01:00 local (04:00 UTC).
-        StartOfDayCase{"America/Santiago", utc(2024, 9, 8, 15, 0), utc(2024, 9, 8, 4, 0)},
+        {"America/Santiago", utc(2024, 9, 8, 15, 0), utc(2024, 9, 8, 4, 0)},
         // Havana repeats 00:00-01:00 on 2024-11-03: the day starts at the first midnight.
-        StartOfDayCase{"America/Havana", utc(2024, 11, 3, 15, 0), utc(2024, 11, 3, 4, 0)}));
+        {"America/Havana", utc(2024, 11, 3, 15, 0), utc(2024, 11, 3, 4, 0)},
+    };
+    for (const auto& [zone, instant, expected] : cases) {
+        EXPECT_EQ(in(zone).startOfDay(instant), expected) << zone;
+    }
+}
 
 TEST(Calendar, ComponentsAreWallClockFieldsInTheZone) {
     const auto parts = in("Australia/Eucla").components(utc(2025, 12, 31, 15, 30, 59));

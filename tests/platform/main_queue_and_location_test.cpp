@@ -70,40 +70,35 @@ struct Recorder : LocationManagerDelegate {
     std::vector<std::string> answers;
 };
 
-struct StandInCase {
-    const char* service;
-    AuthorizationStatus status;
-    bool widgetAuthorized;
-    bool hasLastLocation;
-    std::vector<std::string> answers;
-};
-
-class StandInServices : public ::testing::TestWithParam<StandInCase> {};
-
-TEST_P(StandInServices, AnswerOnTheMainQueueAsConfigured) {
-    const auto& c = GetParam();
-    ManualQueue queue(kStart);
-    Recorder recorder;
-    const auto manager = makeLocationManager(*LocationService::parse(c.service), queue);
-    manager->setDelegate(&recorder);
-    EXPECT_EQ(manager->authorizationStatus(), c.status);
-    EXPECT_EQ(manager->isAuthorizedForWidgetUpdates(), c.widgetAuthorized);
-    EXPECT_EQ(manager->location().has_value(), c.hasLastLocation);
-    manager->requestLocation();
-    EXPECT_TRUE(recorder.answers.empty()) << "answers must come later, from the queue";
-    queue.advance(60);
-    EXPECT_EQ(recorder.answers, c.answers);
+TEST(StandInServices, AnswerOnTheMainQueueAsConfigured) {
+    struct Case {
+        const char* service;
+        AuthorizationStatus status;
+        bool widgetAuthorized;
+        bool hasLastLocation;
+        std::vector<std::string> answers;
+    };
+    const std::vector<Case> cases{
+        {"fixed:12.5,3", AuthorizationStatus::authorizedAlways, true, true, {"fix 12.500000"}},
+        {"denied", AuthorizationStatus::denied, false, false, {"error"}},
+        {"undetermined", AuthorizationStatus::notDetermined, false, false, {"error"}},
+        {"unavailable", AuthorizationStatus::authorizedAlways, true, false, {"error"}},
+        {"silent", AuthorizationStatus::authorizedAlways, true, false, {}},
+    };
+    for (const auto& [service, status, widgetAuthorized, hasLastLocation, answers] : cases) {
+        ManualQueue queue(kStart);
+        Recorder recorder;
+        const auto manager = makeLocationManager(*LocationService::parse(service), queue);
+        manager->setDelegate(&recorder);
+        EXPECT_EQ(manager->authorizationStatus(), status) << service;
+        EXPECT_EQ(manager->isAuthorizedForWidgetUpdates(), widgetAuthorized) << service;
+        EXPECT_EQ(manager->location().has_value(), hasLastLocation) << service;
+        manager->requestLocation();
+        EXPECT_TRUE(recorder.answers.empty()) << "answers must come later, from the queue";
+        queue.advance(60);
+        EXPECT_EQ(recorder.answers, answers) << service;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Services, StandInServices,
-    ::testing::Values(
-        StandInCase{
-            "fixed:12.5,3", AuthorizationStatus::authorizedAlways, true, true, {"fix 12.500000"}},
-        StandInCase{"denied", AuthorizationStatus::denied, false, false, {"error"}},
-        StandInCase{"undetermined", AuthorizationStatus::notDetermined, false, false, {"error"}},
-        StandInCase{"unavailable", AuthorizationStatus::authorizedAlways, true, false, {"error"}},
-        StandInCase{"silent", AuthorizationStatus::authorizedAlways, true, false, {}}));
 
 }  // namespace
 }  // namespace lunoval

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
 #include <filesystem>
 #include "temp_folder.hpp"
 
@@ -11,7 +10,6 @@
 namespace lunoval {
 namespace {
 
-namespace fs = std::filesystem;
 const Date kStart = Date::fromTimeIntervalSince1970(1760000000);  // 2025-10-09 08:53:20 UTC
 
 // Authorized, no last fix, answers a request after a delay.

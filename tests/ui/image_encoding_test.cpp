@@ -15,46 +15,20 @@ namespace {
 
 const DisplayList kSquare{{10, 10}, {FillPath{Path::rectangle({2, 2, 6, 6}), Color::white()}}};
 
-struct MagicCase {
-    ImageFormat format;
-    std::string magic;
-};
-
-class Encodings : public ::testing::TestWithParam<MagicCase> {};
-
-TEST_P(Encodings, StartWithTheirFormatsSignature) {
-    const std::string bytes = encodeImage(kSquare, {}, GetParam().format);
-    EXPECT_EQ(bytes.substr(0, GetParam().magic.size()), GetParam().magic);
-}
-
-INSTANTIATE_TEST_SUITE_P(ImageEncoding, Encodings,
-                         ::testing::Values(MagicCase{ImageFormat::png, "\x89PNG\r\n\x1a\n"},
-                                           MagicCase{ImageFormat::svg, "<?xml"},
-                                           MagicCase{ImageFormat::pdf, "%PDF-"}));
-
-struct PixelSizeCase {
-    Size points;
-    double scale;
-    int width;
-    int height;
-};
-
-class PixelSizes : public ::testing::TestWithParam<PixelSizeCase> {};
-
-TEST_P(PixelSizes, AreThePointsTimesTheScaleRoundedUp) {
-    const auto [points, scale, width, height] = GetParam();
-    const testing::Raster raster(
-        encodeImage({points, {}}, {.displayScale = scale}, ImageFormat::png));
-    EXPECT_EQ(raster.width(), width);
-    EXPECT_EQ(raster.height(), height);
-}
-
-INSTANTIATE_TEST_SUITE_P(ImageEncoding, PixelSizes,
-                         ::testing::Values(PixelSizeCase{{170, 170}, 3, 510, 510},
-                                           PixelSizeCase{{10.2, 5}, 3, 31, 15},
-                                           PixelSizeCase{{0.1, 10}, 30, 3, 300}));
-
-TEST(ImageEncoding, AnImageWithoutPixelsIsRefused) {
+TEST(ImageEncoding, PixelSizesAreThePointsTimesTheScaleRoundedUp) {
+    struct Case {
+        Size points;
+        double scale;
+        int width;
+        int height;
+    };
+    for (const auto& [points, scale, width, height] :
+         {Case{{170, 170}, 3, 510, 510}, Case{{10.2, 5}, 3, 31, 15}, Case{{0.1, 10}, 30, 3, 300}}) {
+        const testing::Raster raster(
+            encodeImage({points, {}}, {.displayScale = scale}, ImageFormat::png));
+        EXPECT_EQ(raster.width(), width);
+        EXPECT_EQ(raster.height(), height);
+    }
     EXPECT_THROW((void)encodeImage({{0, 10}, {}}, {}, ImageFormat::png), std::runtime_error);
 }
 

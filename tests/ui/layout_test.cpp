@@ -3,11 +3,14 @@
 #include <cmath>
 #include <numbers>
 
+#include "display_list_queries.hpp"
 #include "fake_text_measurer.hpp"
 #include "ui/view.hpp"
 
 namespace lunoval::ui {
 namespace {
+
+using testing::all;
 
 const testing::FakeTextMeasurer kMeasurer;
 const LayoutContext kContext{kMeasurer, {}};
@@ -26,15 +29,6 @@ std::vector<Point> boxOrigins(const DisplayList& list) {
         }
     }
     return origins;
-}
-
-template <typename Command>
-std::vector<Command> all(const DisplayList& list) {
-    std::vector<Command> found;
-    for (const auto& command : list.commands) {
-        if (const auto* match = std::get_if<Command>(&command)) found.push_back(*match);
-    }
-    return found;
 }
 
 TEST(StackLayout, FixedChildrenTakeTheirSizeAndSpacersShareTheRest) {
@@ -113,18 +107,25 @@ TEST(Modifiers, RotationTurnsAboutTheFrameCentre) {
     EXPECT_EQ(turn.apply({10, 5}).x, 10);
 }
 
-TEST(Modifiers, ContainerBackgroundFillsTheWidgetAndKeepsTheContentApart) {
+TEST(Modifiers, ContainerBackgroundFillsTheWidgetInsideTheMargin) {
     const auto widget = box(10, 10)
-                            .blendMode(BlendMode::destinationOut)
                             .containerBackground(Canvas([](GraphicsContext& /*context*/) {}))
                             .widgetURL("lunoval://settings");
-    const auto list = render(widget, {170, 170}, kContext);
-    EXPECT_EQ(boxOrigins(list), (std::vector<Point>{{0, 0}, {80, 80}}));
+    const LayoutContext withMargin{kMeasurer, {.contentMargin = 16}};
+    const auto list = render(widget, {170, 100}, withMargin);
+    EXPECT_EQ(boxOrigins(list), (std::vector<Point>{{0, 0}, {80, 45}}));
     EXPECT_EQ(list.widgetURL, "lunoval://settings");
-    // The erasing content sits in a layer of its own above the background.
-    const auto groups = all<BeginGroup>(list);
-    ASSERT_GE(groups.size(), 3u);
-    EXPECT_TRUE(groups[1].isLayer);
+    const auto greedy = Canvas([](GraphicsContext& /*context*/) {}).containerBackground(View{});
+    EXPECT_EQ(boxOrigins(render(greedy, {170, 100}, withMargin)), (std::vector<Point>{{16, 16}}));
+}
+
+TEST(Modifiers, ACompositingGroupKeepsErasingInside) {
+    const auto erased = box(10, 10).blendMode(BlendMode::destinationOut);
+    const auto groups = all<BeginGroup>(render(
+        ZStack(Alignment::center, {box(20, 20), erased}).compositingGroup(), {20, 20}, kContext));
+    ASSERT_EQ(groups.size(), 4u);
+    EXPECT_TRUE(groups[0].isLayer);
+    EXPECT_EQ(groups[0].blendMode, BlendMode::normal);
     EXPECT_EQ(groups[2].blendMode, BlendMode::destinationOut);
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
-#include <string>
 #include <vector>
 
 #include "ui/raster.hpp"
@@ -24,12 +23,13 @@ FillPath fillRect(Rect rect, Color color = kRed) {
     return {Path::rectangle(rect), color};
 }
 
-// Every pixel is `inside` where `covered` says so and clear elsewhere.
+// Every pixel is `inside` where `covered` says so and `outside` elsewhere.
 template <typename Covered>
-void expectCoverage(const Raster& raster, std::uint32_t inside, Covered covered) {
+void expectCoverage(const Raster& raster, std::uint32_t inside, Covered covered,
+                    std::uint32_t outside = 0) {
     for (int y = 0; y < raster.height(); ++y) {
         for (int x = 0; x < raster.width(); ++x) {
-            ASSERT_EQ(raster.pixel(x, y), covered(x, y) ? inside : 0u) << x << "," << y;
+            ASSERT_EQ(raster.pixel(x, y), covered(x, y) ? inside : outside) << x << "," << y;
         }
     }
 }
@@ -55,28 +55,19 @@ TEST(Painter, ATransformMapsAsItsCoefficientsSay) {
     expectCoverage(raster, kOpaqueRed, [](int x, int y) { return x == 9 && (y == 1 || y == 2); });
 }
 
-TEST(Painter, AnEraseInsideALayerCutsOnlyWhatTheLayerDrew) {
-    const Raster raster =
+TEST(Painter, AnEraseCutsOnlyWhatItsLayerDrewAndAnErasingLayerCutsWhatLiesBelow) {
+    const FillPath erase{.path = Path::rectangle({2, 2, 4, 4}),
+                         .paint = Color::black(),
+                         .blendMode = BlendMode::destinationOut};
+    expectCoverage(
         rasterize({10, 10}, {fillRect({0, 0, 10, 10}, kBlue), BeginGroup{.isLayer = true},
-                             fillRect({0, 0, 10, 10}),
-                             FillPath{.path = Path::rectangle({2, 2, 4, 4}),
-                                      .paint = Color::black(),
-                                      .blendMode = BlendMode::destinationOut},
-                             EndGroup{}});
-    for (int y = 0; y < 10; ++y) {
-        for (int x = 0; x < 10; ++x) {
-            const bool erased = x >= 2 && x < 6 && y >= 2 && y < 6;
-            ASSERT_EQ(raster.pixel(x, y), erased ? kOpaqueBlue : kOpaqueRed) << x << "," << y;
-        }
-    }
-}
-
-TEST(Painter, AnErasingLayerCutsWhatLiesBelowIt) {
-    const Raster raster =
+                             fillRect({0, 0, 10, 10}), erase, EndGroup{}}),
+        kOpaqueBlue, [](int x, int y) { return x >= 2 && x < 6 && y >= 2 && y < 6; }, kOpaqueRed);
+    expectCoverage(
         rasterize({10, 10}, {fillRect({0, 0, 10, 10}, kBlue),
                              BeginGroup{.isLayer = true, .blendMode = BlendMode::destinationOut},
-                             fillRect({0, 0, 4, 10}), EndGroup{}});
-    expectCoverage(raster, kOpaqueBlue, [](int x, int) { return x >= 4; });
+                             fillRect({0, 0, 4, 10}), EndGroup{}}),
+        kOpaqueBlue, [](int x, int) { return x >= 4; });
 }
 
 TEST(Painter, ALayersOpacityAppliesToItsContentsAsOne) {
@@ -89,38 +80,26 @@ TEST(Painter, ALayersOpacityAppliesToItsContentsAsOne) {
     }
 }
 
-TEST(Painter, ADashedStrokeLeavesGaps) {
+TEST(Painter, ADashedStrokeLeavesGapsAndADashCairoCannotTakeDrawsSolid) {
     const StrokePath dashed{Path::line({0, 5}, {20, 5}), kRed, {.lineWidth = 2, .dash = {2, 2}}};
-    const Raster raster = rasterize({20, 10}, {dashed});
-    expectCoverage(raster, kOpaqueRed,
+    expectCoverage(rasterize({20, 10}, {dashed}), kOpaqueRed,
                    [](int x, int y) { return (y == 4 || y == 5) && (x / 2) % 2 == 0; });
-}
-
-TEST(Painter, ADashCairoCannotTakeDrawsSolidAndTheRestStillDraws) {
+    // What follows the refused dash still draws.
     const StrokePath zeros{Path::line({0, 5}, {20, 5}), kRed, {.lineWidth = 2, .dash = {0, 0}}};
-    const Raster raster = rasterize({20, 10}, {zeros, fillRect({0, 0, 1, 1})});
-    expectCoverage(raster, kOpaqueRed,
+    expectCoverage(rasterize({20, 10}, {zeros, fillRect({0, 0, 1, 1})}), kOpaqueRed,
                    [](int x, int y) { return y == 4 || y == 5 || (x == 0 && y == 0); });
 }
 
-struct FillRuleCase {
-    FillRule rule;
-    bool overlapFilled;
-};
-
-class FillRules : public ::testing::TestWithParam<FillRuleCase> {};
-
-TEST_P(FillRules, AnEllipseAndARectangleUniteOrCancelWhereTheyOverlap) {
+TEST(Painter, AnEllipseAndARectangleUniteOrCancelWhereTheyOverlapByTheFillRule) {
     const Path path = Path::ellipse({0, 0, 10, 10}).addRectangle({5, 0, 5, 10});
-    const Raster raster = rasterize({10, 10}, {FillPath{path, kRed, GetParam().rule}});
-    EXPECT_EQ(raster.pixel(2, 5), kOpaqueRed);  // ellipse only
-    EXPECT_EQ(raster.pixel(9, 0), kOpaqueRed);  // rectangle only
-    EXPECT_EQ(raster.pixel(7, 5), GetParam().overlapFilled ? kOpaqueRed : 0u);
+    for (const auto& [rule, overlap] :
+         {std::pair{FillRule::nonZero, kOpaqueRed}, {FillRule::evenOdd, 0u}}) {
+        const Raster raster = rasterize({10, 10}, {FillPath{path, kRed, rule}});
+        EXPECT_EQ(raster.pixel(2, 5), kOpaqueRed);  // ellipse only
+        EXPECT_EQ(raster.pixel(9, 0), kOpaqueRed);  // rectangle only
+        EXPECT_EQ(raster.pixel(7, 5), overlap);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Painter, FillRules,
-                         ::testing::Values(FillRuleCase{FillRule::nonZero, true},
-                                           FillRuleCase{FillRule::evenOdd, false}));
 
 // Each shape is united with a rectangle across it, so a reversed winding would show as a hole.
 TEST(Painter, ShapesOfNegativeExtentAreTheirAbsoluteOnes) {

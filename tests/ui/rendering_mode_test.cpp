@@ -47,5 +47,20 @@ INSTANTIATE_TEST_SUITE_P(RenderingMode, RenderingModes,
                                            ModeCase{RenderingMode::accented,
                                                     {1, 0.62, 0.04, kCyanAlpha}}));
 
+TEST(RenderingModes, LeaveWhatErasesAsItIs) {
+    const FillPath erase{Path::rectangle({0, 0, 10, 10}), Color::black(), FillRule::nonZero,
+                         BlendMode::destinationOut};
+    const FillPath insideAnErasingLayer{Path::rectangle({0, 0, 5, 5}), Color::black()};
+    const DisplayList list{
+        {10, 10},
+        {erase, BeginGroup{.isLayer = true, .blendMode = BlendMode::destinationOut},
+         insideAnErasingLayer, EndGroup{}, insideAnErasingLayer}};
+    const auto mapped = applyRenderingMode(list, RenderingMode::vibrant, kOrange);
+    EXPECT_EQ(mapped.commands[0], list.commands[0]);
+    EXPECT_EQ(mapped.commands[2], list.commands[2]);
+    // After the layer closes, black is mapped again: white with no luminance.
+    EXPECT_EQ(std::get<Color>(std::get<FillPath>(mapped.commands[4]).paint).alpha, 0);
+}
+
 }  // namespace
 }  // namespace lunoval::ui

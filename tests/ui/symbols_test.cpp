@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,25 +12,12 @@
 namespace lunoval::ui {
 namespace {
 
-const std::vector<std::string> kNames{
-    "moon",
-    "moon.fill",
-    "moonrise.fill",
-    "moonset.fill",
-    "sunrise.fill",
-    "sunset.fill",
-    "sun.and.horizon.fill",
-    "location.slash",
-    "location.slash.fill",
-    "moonphase.new.moon",
-    "moonphase.first.quarter",
-    "moonphase.full.moon",
-    "moonphase.last.quarter",
-    "moonphase.new.moon.inverse",
-    "moonphase.first.quarter.inverse",
-    "moonphase.full.moon.inverse",
-    "moonphase.last.quarter.inverse",
-};
+const std::vector<std::string> kNames(
+    {"moon", "moon.fill", "moonrise.fill", "moonset.fill", "sunrise.fill", "sunset.fill",
+     "sun.and.horizon.fill", "location.slash", "location.slash.fill", "moonphase.new.moon",
+     "moonphase.first.quarter", "moonphase.full.moon", "moonphase.last.quarter",
+     "moonphase.new.moon.inverse", "moonphase.first.quarter.inverse", "moonphase.full.moon.inverse",
+     "moonphase.last.quarter.inverse"});
 
 const Environment kEnvironment{};
 
@@ -51,72 +37,62 @@ struct Ink {
     double reach = 0;
 };
 
-class InkTracer {
-  public:
-    std::vector<Ink> trace(const std::vector<Command>& commands) {
-        std::vector<Transform> transforms{Transform{}};
-        for (const auto& command : commands) {
-            if (const auto* group = std::get_if<BeginGroup>(&command)) {
-                transforms.push_back(transforms.back().after(group->transform));
-            } else if (std::holds_alternative<EndGroup>(command)) {
-                transforms.pop_back();
-            } else if (const auto* fill = std::get_if<FillPath>(&command)) {
-                inks_.push_back({pointsOf(fill->path, transforms.back()), 0});
-            } else if (const auto* stroke = std::get_if<StrokePath>(&command)) {
-                inks_.push_back(
-                    {pointsOf(stroke->path, transforms.back()), stroke->style.lineWidth / 2});
-            }
-        }
-        EXPECT_EQ(transforms.size(), 1U) << "unbalanced groups";
-        return inks_;
-    }
+Point bezier(Point from, const Path::CurveTo& curve, double t) {
+    const double u = 1 - t;
+    const auto blend = [&](double a, double b, double c, double d) {
+        return u * u * u * a + 3 * u * u * t * b + 3 * u * t * t * c + t * t * t * d;
+    };
+    return {blend(from.x, curve.control1.x, curve.control2.x, curve.to.x),
+            blend(from.y, curve.control1.y, curve.control2.y, curve.to.y)};
+}
 
-  private:
-    std::vector<Point> pointsOf(const Path& path, const Transform& transform) {
-        std::vector<Point> points;
-        Point current;
-        const auto add = [&](Point p) { points.push_back(transform.apply(p)); };
-        for (const auto& element : path.elements) {
-            if (const auto* move = std::get_if<Path::MoveTo>(&element)) {
-                current = move->to;
-                add(current);
-            } else if (const auto* line = std::get_if<Path::LineTo>(&element)) {
-                current = line->to;
-                add(current);
-            } else if (const auto* curve = std::get_if<Path::CurveTo>(&element)) {
-                for (int i = 1; i <= 16; ++i) add(bezier(current, *curve, i / 16.0));
-                current = curve->to;
-            } else if (const auto* ellipse = std::get_if<Path::Ellipse>(&element)) {
-                addCorners(ellipse->in, add);
-            } else if (const auto* rectangle = std::get_if<Path::Rectangle>(&element)) {
-                addCorners(rectangle->rect, add);
-            } else if (std::holds_alternative<Path::Arc>(element)) {
-                ADD_FAILURE() << "arcs are not traced";
-            }
-        }
-        return points;
-    }
-
-    static void addCorners(Rect rect, const std::function<void(Point)>& add) {
+std::vector<Point> pointsOf(const Path& path, const Transform& transform) {
+    std::vector<Point> points;
+    Point current;
+    const auto add = [&](Point p) { points.push_back(transform.apply(p)); };
+    const auto addCorners = [&](Rect rect) {
         const Rect r = rect.standardized();
         add({r.x, r.y});
         add({r.maxX(), r.maxY()});
+    };
+    for (const auto& element : path.elements) {
+        if (const auto* move = std::get_if<Path::MoveTo>(&element)) {
+            current = move->to;
+            add(current);
+        } else if (const auto* line = std::get_if<Path::LineTo>(&element)) {
+            current = line->to;
+            add(current);
+        } else if (const auto* curve = std::get_if<Path::CurveTo>(&element)) {
+            for (int i = 1; i <= 16; ++i) add(bezier(current, *curve, i / 16.0));
+            current = curve->to;
+        } else if (const auto* ellipse = std::get_if<Path::Ellipse>(&element)) {
+            addCorners(ellipse->in);
+        } else if (const auto* rectangle = std::get_if<Path::Rectangle>(&element)) {
+            addCorners(rectangle->rect);
+        } else if (std::holds_alternative<Path::Arc>(element)) {
+            ADD_FAILURE() << "arcs are not traced";
+        }
     }
-
-    static Point bezier(Point from, const Path::CurveTo& curve, double t) {
-        const double u = 1 - t;
-        const auto blend = [&](double a, double b, double c, double d) {
-            return u * u * u * a + 3 * u * u * t * b + 3 * u * t * t * c + t * t * t * d;
-        };
-        return {blend(from.x, curve.control1.x, curve.control2.x, curve.to.x),
-                blend(from.y, curve.control1.y, curve.control2.y, curve.to.y)};
-    }
-
-    std::vector<Ink> inks_;
-};
+    return points;
+}
 
 std::vector<Ink> inkOf(const DrawSymbol& symbol) {
-    return InkTracer().trace(symbolCommands(symbol, kEnvironment));
+    std::vector<Ink> inks;
+    std::vector<Transform> transforms{Transform{}};
+    for (const auto& command : symbolCommands(symbol, kEnvironment)) {
+        if (const auto* group = std::get_if<BeginGroup>(&command)) {
+            transforms.push_back(transforms.back().after(group->transform));
+        } else if (std::holds_alternative<EndGroup>(command)) {
+            transforms.pop_back();
+        } else if (const auto* fill = std::get_if<FillPath>(&command)) {
+            inks.push_back({pointsOf(fill->path, transforms.back()), 0});
+        } else if (const auto* stroke = std::get_if<StrokePath>(&command)) {
+            inks.push_back(
+                {pointsOf(stroke->path, transforms.back()), stroke->style.lineWidth / 2});
+        }
+    }
+    EXPECT_EQ(transforms.size(), 1U) << "unbalanced groups";
+    return inks;
 }
 
 constexpr double kPixelsPerPoint = 4;

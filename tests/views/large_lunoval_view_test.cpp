@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "display_list_queries.hpp"
 #include "fake_text_measurer.hpp"
 #include "views/large_lunoval_view.hpp"
 
@@ -10,6 +11,7 @@ namespace lunoval {
 namespace {
 
 using namespace ui;
+using testing::all;
 
 const testing::FakeTextMeasurer kMeasurer;
 const LayoutContext kContext{kMeasurer, {.contentMargin = 16}};
@@ -25,15 +27,6 @@ DisplayList month(double secondsSince1970, ColorScheme scheme = ColorScheme::dar
     data.timezone = "Europe/Paris";
     const MoonWidgetEntry entry{.date = data.selectedTime, .widgetData = data};
     return render(LargeLunovalView{entry, scheme}.body(), {364, 382}, kContext);
-}
-
-template <typename Command>
-std::vector<Command> all(const DisplayList& list) {
-    std::vector<Command> found;
-    for (const auto& command : list.commands) {
-        if (const auto* match = std::get_if<Command>(&command)) found.push_back(*match);
-    }
-    return found;
 }
 
 double centerX(const DisplayList& list, const std::string& content) {

@@ -1,17 +1,23 @@
 #include "views/moon_elevation_chart.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <tuple>
 #include <vector>
 
 #include "astro/moon_position.hpp"
 #include "astro/test_dates.hpp"
+#include "display_list_queries.hpp"
 #include "fake_text_measurer.hpp"
 #include "platform/device.hpp"
 
 namespace lunoval {
 namespace {
 
+using testing::all;
+using ::testing::Contains;
+using ::testing::Not;
 using testing::utc;
 using testing::zone;
 using ui::Color;
@@ -42,15 +48,6 @@ MoonElevationChart parisChart() {
             .longitude = kParisLng};
 }
 
-template <typename T>
-std::vector<T> all(const ui::DisplayList& list) {
-    std::vector<T> found;
-    for (const auto& command : list.commands) {
-        if (const auto* item = std::get_if<T>(&command)) found.push_back(*item);
-    }
-    return found;
-}
-
 DrawSymbol symbolNamed(const ui::DisplayList& list, const std::string& name) {
     for (const auto& symbol : all<DrawSymbol>(list)) {
         if (symbol.name == name) return symbol;
@@ -79,53 +76,43 @@ double horizonY(const ui::DisplayList& list) {
     return 0;
 }
 
-Color cyan() {
-    return ui::systemColor(ui::SystemColor::cyan, ui::ColorScheme::dark);
-}
-Color purple() {
-    return ui::systemColor(ui::SystemColor::purple, ui::ColorScheme::dark);
-}
+const Color kCyan = ui::systemColor(ui::SystemColor::cyan, ui::ColorScheme::dark);
+const Color kPurple = ui::systemColor(ui::SystemColor::purple, ui::ColorScheme::dark);
 
-TEST(MoonElevationChart, MarksRiseAndSetOnTheHorizonAtTheirTimeOfDay) {
+TEST(MoonElevationChart, MarksRiseAndSetOnTheHorizonWithDashedGuidesAbove) {
     const auto chart = parisChart();
     ASSERT_TRUE(chart.moonrise && chart.moonset);
     const auto list = draw(chart);
     const double horizon = horizonY(list);
-
-    const std::vector<std::tuple<std::string, Date, Color>> cases{
-        {"moonrise.fill", *chart.moonrise, cyan()},
-        {"moonset.fill", *chart.moonset, purple()},
-    };
-    for (const auto& [name, instant, color] : cases) {
-        const auto symbol = symbolNamed(list, name);
-        const double x = kChart.width *
-                         (instant.timeIntervalSince1970() - kParisDay.timeIntervalSince1970()) /
-                         86'400;
-        EXPECT_NEAR(symbol.frame.center().x, x, 1e-9) << name;
-        // The engine's rise and set are where its altitude crosses the horizon.
-        EXPECT_NEAR(symbol.frame.center().y, horizon, 1.0) << name;
-        EXPECT_EQ(symbol.color, color) << name;
-        EXPECT_EQ(symbol.weight, ui::FontWeight::semibold) << name;
-    }
-}
-
-TEST(MoonElevationChart, DrawsDashedGuidesFromAboveEachMarker) {
-    const auto list = draw(parisChart());
     std::vector<StrokePath> guides;
     for (const auto& stroke : all<StrokePath>(list)) {
         if (!stroke.style.dash.empty()) guides.push_back(stroke);
     }
     ASSERT_EQ(guides.size(), 2u);
-    const std::vector<std::pair<std::string, Color>> markers{{"moonrise.fill", cyan()},
-                                                             {"moonset.fill", purple()}};
-    for (std::size_t i = 0; i < guides.size(); ++i) {
-        const auto center = symbolNamed(list, markers[i].first).frame.center();
+
+    const std::vector<std::tuple<std::string, Date, Color>> cases{
+        {"moonrise.fill", *chart.moonrise, kCyan},
+        {"moonset.fill", *chart.moonset, kPurple},
+    };
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        const auto& [name, instant, color] = cases[i];
+        const auto symbol = symbolNamed(list, name);
+        const auto center = symbol.frame.center();
+        const double x = kChart.width *
+                         (instant.timeIntervalSince1970() - kParisDay.timeIntervalSince1970()) /
+                         86'400;
+        EXPECT_NEAR(center.x, x, 1e-9) << name;
+        // The engine's rise and set are where its altitude crosses the horizon.
+        EXPECT_NEAR(center.y, horizon, 1.0) << name;
+        EXPECT_EQ(symbol.color, color) << name;
+        EXPECT_EQ(symbol.weight, ui::FontWeight::semibold) << name;
+
         EXPECT_EQ(guides[i].style, (ui::StrokeStyle{1.5, 10, {3, 3}}));
-        EXPECT_EQ(std::get<Color>(guides[i].paint), markers[i].second.opacity(0.6));
+        EXPECT_EQ(std::get<Color>(guides[i].paint), color.opacity(0.6));
         const auto start = std::get<ui::Path::MoveTo>(guides[i].path.elements[0]).to;
         const auto end = std::get<ui::Path::LineTo>(guides[i].path.elements[1]).to;
-        EXPECT_NEAR(start.x, center.x, 1e-9);
-        EXPECT_NEAR(start.y, center.y - 8, 1e-9);
+        EXPECT_NEAR(start.x, center.x, 1e-9) << name;
+        EXPECT_NEAR(start.y, center.y - 8, 1e-9) << name;
         EXPECT_EQ(end.x, start.x);
         EXPECT_GT(end.y, start.y);
     }
@@ -147,12 +134,6 @@ TEST(MoonElevationChart, PresentMoonIsBrightAboveTheHorizonAndDimBelow) {
         EXPECT_EQ(moon.weight, ui::FontWeight::bold);
         EXPECT_EQ(moon.frame.center().y<horizonY(list), opacity> 0.5);
     }
-}
-
-TEST(MoonElevationChart, PresentPositionIsOptional) {
-    auto chart = parisChart();
-    chart.showCurrentPosition = false;
-    for (const auto& symbol : all<DrawSymbol>(draw(chart))) EXPECT_NE(symbol.name, "moon.fill");
 }
 
 TEST(MoonElevationChart, ClampsAPresentMoonHigherThanTheChartDay) {
@@ -219,31 +200,30 @@ TEST(MoonElevationChart, PlaceholderDrawsItsMadeUpDay) {
 
 TEST(MoonElevationChart, NoonTickSitsAtLocalNoonEvenOnAShortDay) {
     // 30 March 2025 in Paris lasts 23 hours; noon comes 11 hours after midnight.
-    const MoonElevationChart chart{.currentTime = utc(2025, 3, 30, 9),
-                                   .timezone = "Europe/Paris",
-                                   .latitude = kParisLat,
-                                   .longitude = kParisLng,
-                                   .showNoon = true};
-    std::vector<double> verticals;
-    for (const auto& [from, to] : straightLines(draw(chart), false)) {
-        if (from.x == to.x) verticals.push_back(from.x);
-    }
-    ASSERT_EQ(verticals.size(), 1u);
-    EXPECT_NEAR(verticals.front(), kChart.width * 11 / 24, 1e-9);
-
-    auto without = chart;
-    without.showNoon = false;
-    verticals.clear();
-    for (const auto& [from, to] : straightLines(draw(without), false)) {
-        if (from.x == to.x) verticals.push_back(from.x);
-    }
-    EXPECT_TRUE(verticals.empty());
+    MoonElevationChart chart{.currentTime = utc(2025, 3, 30, 9),
+                             .timezone = "Europe/Paris",
+                             .latitude = kParisLat,
+                             .longitude = kParisLng,
+                             .showNoon = true};
+    const auto verticals = [&] {
+        std::vector<double> found;
+        for (const auto& [from, to] : straightLines(draw(chart), false)) {
+            if (from.x == to.x) found.push_back(from.x);
+        }
+        return found;
+    };
+    ASSERT_EQ(verticals().size(), 1u);
+    EXPECT_NEAR(verticals().front(), kChart.width * 11 / 24, 1e-9);
+    chart.showNoon = false;
+    EXPECT_TRUE(verticals().empty());
 }
 
-TEST(MoonElevationChart, TintedModesDropTheMarkerHues) {
+TEST(MoonElevationChart, ThePresentMoonIsOptionalAndTintedModesDropTheMarkerHues) {
     auto chart = parisChart();
+    chart.showCurrentPosition = false;
     chart.widgetRenderingMode = ui::RenderingMode::accented;
     const auto list = draw(chart);
+    EXPECT_THAT(testing::symbols(list), Not(Contains("moon.fill")));
     EXPECT_EQ(symbolNamed(list, "moonrise.fill").color, Color::white());
     EXPECT_EQ(symbolNamed(list, "moonset.fill").color, Color::white());
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "display_list_queries.hpp"
 #include "fake_text_measurer.hpp"
 #include "views/moon_event_view.hpp"
 
@@ -7,23 +8,18 @@ namespace lunoval {
 namespace {
 
 using namespace ui;
+using testing::all;
+using testing::symbols;
+using testing::texts;
 using widgetkit::WidgetFamily;
 
 const testing::FakeTextMeasurer kMeasurer;
 const LayoutContext kContext{kMeasurer, {.contentMargin = 16}};
 const Date kNoon = Date::fromTimeIntervalSince1970(1757246400);  // 2025-09-07 12:00 UTC
 
-template <typename Wanted>
-std::vector<Wanted> all(const View& view) {
-    std::vector<Wanted> found;
-    for (const auto& command : render(view, {170, 170}, kContext).commands) {
-        if (const auto* match = std::get_if<Wanted>(&command)) found.push_back(*match);
-    }
-    return found;
-}
-
-View eventView(std::optional<MoonWidgetData> data) {
-    return SmallMoonEventView{{.date = kNoon, .widgetData = std::move(data)}, 36, 42}.body();
+DisplayList eventView(std::optional<MoonWidgetData> data) {
+    const SmallMoonEventView view{{.date = kNoon, .widgetData = std::move(data)}, 36, 42};
+    return render(view.body(), {170, 170}, kContext);
 }
 
 TEST(MoonEventWidgetEntryView, DrawsOnlyInTheSmallFamily) {
@@ -77,10 +73,10 @@ TEST(SmallMoonEventView, NamesTheNextPhaseOrTodaysEclipseBesideTheDate) {
 }
 
 TEST(SmallMoonEventView, ShowsThePlaceholderOrThePermissionPrompt) {
-    EXPECT_EQ(all<DrawSymbol>(eventView(std::nullopt)).at(0).name, "moon.fill");
-    EXPECT_EQ(all<DrawText>(eventView(std::nullopt)).at(0).text, "Open Lunoval");
-    const auto prompt = eventView(MoonWidgetData::permissionNeeded("UTC", kNoon));
-    EXPECT_EQ(all<DrawSymbol>(prompt).at(0).name, "location.slash.fill");
+    EXPECT_EQ(symbols(eventView(std::nullopt)).at(0), "moon.fill");
+    EXPECT_EQ(texts(eventView(std::nullopt)).at(0), "Open Lunoval");
+    EXPECT_EQ(symbols(eventView(MoonWidgetData::permissionNeeded("UTC", kNoon))).at(0),
+              "location.slash.fill");
 }
 
 }  // namespace

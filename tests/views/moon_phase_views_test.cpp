@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "display_list_queries.hpp"
 #include "fake_text_measurer.hpp"
 #include "views/moon_phase_views.hpp"
 #include "views/widget_text.hpp"
@@ -10,23 +11,13 @@ namespace {
 
 using namespace ui;
 using ::testing::Contains;
+using testing::symbols;
+using testing::texts;
 using widgetkit::WidgetFamily;
 
 const testing::FakeTextMeasurer kMeasurer;
 const LayoutContext kContext{kMeasurer, {.contentMargin = 16}};
 const Date kNow = Date::fromTimeIntervalSince1970(1760022000);
-
-// The texts or symbol names the list draws, in order.
-template <typename Command, auto field = &Command::text>
-std::vector<std::string> drawn(const DisplayList& list) {
-    std::vector<std::string> found;
-    for (const auto& command : list.commands) {
-        if (const auto* match = std::get_if<Command>(&command)) found.push_back(match->*field);
-    }
-    return found;
-}
-const auto texts = drawn<DrawText>;
-const auto symbols = drawn<DrawSymbol, &DrawSymbol::name>;
 
 MoonWidgetEntry entryWith(std::optional<MoonWidgetData> data) {
     return {.date = kNow, .widgetData = std::move(data)};

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "display_list_queries.hpp"
 #include "fake_text_measurer.hpp"
 #include "platform/device.hpp"
 #include "views/lockscreen/lock_screen_views.hpp"
@@ -10,6 +11,8 @@ namespace lunoval {
 namespace {
 
 using namespace ui;
+using testing::symbols;
+using testing::texts;
 using widgetkit::WidgetFamily;
 
 const testing::FakeTextMeasurer kMeasurer;
@@ -19,16 +22,6 @@ const Date kEvening = Date::fromTimeIntervalSince1970(1760040000);
 
 DisplayList drawn(const View& view) {
     return render(view, {170, 170}, kContext);
-}
-
-// The texts or the symbol names a view draws, in order.
-template <typename Command>
-std::vector<std::string> drawn(const View& view, std::string Command::*field) {
-    std::vector<std::string> found;
-    for (const auto& command : drawn(view).commands) {
-        if (const auto* match = std::get_if<Command>(&command)) found.push_back(match->*field);
-    }
-    return found;
 }
 
 MoonWidgetEntry entryWith(std::optional<MoonWidgetData> data) {
@@ -72,22 +65,22 @@ TEST(SmallTimesViews, ShowTheDayInThePlacesZoneOrElseTheDevicesWithDashesForAbse
         data.timezone = placeZone;
         data.sunset.reset();
         const auto entry = entryWith(data);
-        EXPECT_EQ(drawn(SmallMoonTimesView{entry}.body(), &DrawText::text),
+        EXPECT_EQ(texts(drawn(SmallMoonTimesView{entry}.body())),
                   (std::vector<std::string>{"OCT", "10", "2:30\u202fPM", "3:15\u202fAM",
                                             "Waxing Gibbous", "75% lit"}));
-        EXPECT_EQ(drawn(SmallMoonAndSunTimes{entry}.body(), &DrawText::text),
+        const auto both = drawn(SmallMoonAndSunTimes{entry}.body());
+        EXPECT_EQ(texts(both),
                   (std::vector<std::string>{"OCT", "10", "12:00\u202fAM", "--:--", "2:30\u202fPM",
                                             "3:15\u202fAM", "Waxing Gibbous", "75% lit"}));
-        EXPECT_EQ(drawn(SmallMoonAndSunTimes{entry}.body(), &DrawSymbol::name),
-                  (std::vector<std::string>{"sunrise.fill", "sunset.fill", "moonrise.fill",
-                                            "moonset.fill"}));
+        EXPECT_EQ(symbols(both), (std::vector<std::string>{"sunrise.fill", "sunset.fill",
+                                                           "moonrise.fill", "moonset.fill"}));
     }
 }
 
 TEST(SmallTimesViews, UpperCaseTheMonthWhateverTheLocaleWrites) {
     const DeviceAs device("UTC", "fr_FR");
     auto data = MoonWidgetData::placeholder(Date::fromTimeIntervalSince1970(1739000000));
-    EXPECT_EQ(drawn(SmallMoonTimesView{entryWith(data)}.body(), &DrawText::text).at(0), "FÉVR.");
+    EXPECT_EQ(texts(drawn(SmallMoonTimesView{entryWith(data)}.body())).at(0), "FÉVR.");
 }
 
 TEST(SmallTimesViews, ShowTheirPlaceholderOrThePermissionPrompt) {
@@ -97,7 +90,7 @@ TEST(SmallTimesViews, ShowTheirPlaceholderOrThePermissionPrompt) {
              {SmallMoonAndSunTimes{entryWith(std::nullopt)}.body(), "sun.and.horizon.fill"},
              {SmallMoonTimesView{needsPermission}.body(), "location.slash.fill"},
              {SmallMoonAndSunTimes{needsPermission}.body(), "location.slash.fill"}}) {
-        EXPECT_EQ(drawn(view, &DrawSymbol::name), std::vector<std::string>{symbol});
+        EXPECT_EQ(symbols(drawn(view)), std::vector<std::string>{symbol});
     }
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "display_list_queries.hpp"
 #include "fake_text_measurer.hpp"
 #include "views/widget_container.hpp"
 
@@ -7,25 +8,12 @@ namespace lunoval {
 namespace {
 
 using namespace ui;
+using testing::all;
+using testing::texts;
 using widgetkit::WidgetFamily;
 
 const testing::FakeTextMeasurer kMeasurer;
 const LayoutContext kContext{kMeasurer, {}};
-
-template <typename Wanted>
-std::vector<Wanted> all(const DisplayList& list) {
-    std::vector<Wanted> found;
-    for (const auto& command : list.commands) {
-        if (const auto* match = std::get_if<Wanted>(&command)) found.push_back(*match);
-    }
-    return found;
-}
-
-std::vector<std::string> texts(const DisplayList& list) {
-    std::vector<std::string> found;
-    for (const auto& text : all<DrawText>(list)) found.push_back(text.text);
-    return found;
-}
 
 DisplayList container(std::optional<MoonWidgetData> data, WidgetFamily family, Size size) {
     const WidgetContainer view{
