@@ -16,10 +16,8 @@
 #include "cli/gallery_command.hpp"
 #include "cli/render_command.hpp"
 #include "cli/widget_request.hpp"
-#include "platform/files.hpp"
 #include "platform/log.hpp"
 #include "platform/widget_center.hpp"
-#include "ui/painter.hpp"
 #include "ui/pango_text_measurer.hpp"
 
 namespace lunoval::cli {
@@ -41,12 +39,6 @@ Choice parseChoice(const std::string& text) {
         throw UsageError("--widgets wants KIND:FAMILY, not '" + text + "'");
     }
     const WidgetRequest request{.kind = text.substr(0, colon), .family = text.substr(colon + 1)};
-    if (!LunovalWidgetBundle::widget(request.kind)) {
-        throw UsageError("unknown widget kind '" + request.kind + "'");
-    }
-    if (!widgetkit::widgetFamily(request.family)) {
-        throw UsageError("unknown widget family '" + request.family + "'");
-    }
     const auto [widget, family] = requestedWidget(request);
     return {widget.kind, family};
 }

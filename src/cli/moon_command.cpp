@@ -1,6 +1,7 @@
 #include "cli/moon_command.hpp"
 
 #include "astro/moon_phase.hpp"
+#include "cli/render_command.hpp"
 #include "phases/moon_phase_data_manager.hpp"
 #include "platform/device.hpp"
 #include "ui/painter.hpp"
@@ -87,10 +88,7 @@ CLI::App* addMoonCommand(CLI::App& app, MoonOptions& options) {
 }
 
 int runMoon(const MoonOptions& options, const DeviceOptions& device) {
-    if (!ui::imageFormatFor(options.out)) {
-        throw UsageError("cannot tell the image format of '" + options.out +
-                         "' (use .png, .svg or .pdf)");
-    }
+    requireImageFormat(options.out);
     bool hasPlace = true;
     const auto phase = options.phase ? givenPhase(options) : devicePhase(device, hasPlace);
     const SimpleMoonPhaseView disc{.moonPhase = phase,

@@ -22,6 +22,12 @@ void addRenderOptions(CLI::App& command, RenderOptions& options) {
         ->transform(CLI::CheckedTransformer(schemes));
 }
 
+void requireImageFormat(const std::string& path) {
+    if (!ui::imageFormatFor(path)) {
+        throw UsageError("cannot tell the image format of '" + path + "' (use .png, .svg or .pdf)");
+    }
+}
+
 CLI::App* addRenderCommand(CLI::App& app, RenderCommandOptions& options) {
     auto* command = app.add_subcommand("render", "Draw one widget through its provider");
     addWidgetRequestOptions(*command, options.request);
@@ -34,9 +40,7 @@ int runRender(const RenderCommandOptions& options, const DeviceOptions& device) 
     const auto [widget, family] = requestedWidget(options.request);
     const auto out =
         options.out.value_or(options.request.kind + "-" + options.request.family + ".png");
-    if (!ui::imageFormatFor(out)) {
-        throw UsageError("cannot tell the image format of '" + out + "' (use .png, .svg or .pdf)");
-    }
+    requireImageFormat(out);
     const auto entry = requestEntry(options.request, family, device);
     const ui::PangoTextMeasurer measurer;
     const auto rendered = renderWidget(widget, family, entry, options.render, measurer);

@@ -45,7 +45,8 @@ void addWidgetRequestOptions(CLI::App& command, WidgetRequest& request) {
 std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetRequest& request) {
     const auto widget = LunovalWidgetBundle::widget(request.kind);
     const auto family = widgetkit::widgetFamily(request.family);
-    if (!widget || !family) throw UsageError("unknown widget " + request.kind);
+    if (!widget) throw UsageError("unknown widget kind '" + request.kind + "'");
+    if (!family) throw UsageError("unknown widget family '" + request.family + "'");
     if (!widget->supports(*family)) {
         throw UsageError(request.kind + " has no " + request.family + " size (it offers " +
                          familyNames(widget->supportedFamilies) + ")");

@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "platform/localization.hpp"
-#include "views/simple_moon_phase_view.hpp"
+#include "views/widget_blocks.hpp"
 #include "views/widget_text.hpp"
 
 namespace lunoval {
@@ -51,15 +51,7 @@ std::string timeText(const std::optional<Date>& time, const std::string& timezon
 }
 
 View disc(const Solar::SimpleMoonPhase& phase) {
-    return SimpleMoonPhaseView{.moonPhase = phase,
-                               .size = 40,
-                               .strokeColor = Color::white(),
-                               .fillColor = Color::white(),
-                               .phaseBackgroundColor = Color::clear(),
-                               .tintColor = std::nullopt,
-                               .applyRotation = false,
-                               .strokeWidth = 1.5}
-        .body();
+    return whiteMoonDisc(phase, 40, false).body();
 }
 
 View inlineText(const std::string& text) {
