@@ -4,9 +4,9 @@
 #include <numbers>
 
 #include "astro/moon_position.hpp"
-#include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
+#include "platform/calendar.hpp"
 #include "views/elevation_plot.hpp"
+#include "views/widget_text.hpp"
 
 namespace lunoval {
 
@@ -64,7 +64,7 @@ class ElevationChartNode final : public ui::ViewNode {
     }
 
     void place(Rect bounds, const LayoutContext& context, DisplayList& out) const override {
-        const Calendar calendar(zone_.value_or(device::timeZone()));
+        const Calendar calendar(placeZone(chart_.timezone));
         const Date dayStart =
             chartDayStart(chart_.moonrise, chart_.moonset, chart_.currentTime, calendar);
         const ElevationScale scale(
@@ -152,12 +152,11 @@ class ElevationChartNode final : public ui::ViewNode {
 
     void placeLabels(const std::vector<MarkerEvent>& events, const ElevationPlot& plot, Rect bounds,
                      const LayoutContext& context, DisplayList& out) const {
-        const DateFormatter formatter{device::localeIdentifier(),
-                                      zone_.value_or(device::timeZone())};
         for (std::size_t i = 0; i < events.size(); ++i) {
             const auto color = events[i].color.opacity(0.22);
             const ui::View label =
-                ui::View(ui::Text(formatter.shortTime(events[i].instant)).font(kLabelFont))
+                ui::View(
+                    ui::Text(shortTimeText(events[i].instant, chart_.timezone)).font(kLabelFont))
                     .padding({1, 3, 1, 3})
                     .background(ui::Canvas([color](ui::GraphicsContext& graphics) {
                         graphics.fill(capsule(graphics.size()), color);
