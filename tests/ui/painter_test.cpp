@@ -156,15 +156,5 @@ TEST(Painter, UnbalancedGroupsAreClosedAndIgnored) {
     EXPECT_NEAR(raster.alpha(5, 5), 128, 1);
 }
 
-TEST(Painter, ASymbolDrawsItsDrawingInsideItsFrame) {
-    const DrawSymbol known{.frame = {10, 10, 20, 20}, .name = "moon.fill", .color = kRed};
-    const auto box = inkBox(rasterize({40, 40}, {known}));
-    ASSERT_FALSE(box.empty());
-    EXPECT_GE(box.minX, 10);
-    EXPECT_GE(box.minY, 10);
-    EXPECT_LT(box.maxX, 30);
-    EXPECT_LT(box.maxY, 30);
-}
-
 }  // namespace
 }  // namespace lunoval::ui
