@@ -40,6 +40,24 @@ std::optional<Date> parseIso8601(std::string text) {
 }
 #pragma GCC diagnostic pop
 
+// `--location LAT,LNG` is a fixed service; without either option no service has been set up
+// for the widget yet.
+LocationService locationService(const DeviceOptions& options) {
+    if (options.locationService) {
+        auto service = LocationService::parse(*options.locationService);
+        if (!service) {
+            throw UsageError("unknown location service '" + *options.locationService + "'");
+        }
+        return *service;
+    }
+    if (options.location) {
+        const auto fix = LocationService::parseCoordinates(*options.location);
+        if (!fix) throw UsageError("cannot read the location '" + *options.location + "'");
+        return {LocationService::Kind::fixed, *fix};
+    }
+    return {LocationService::Kind::undetermined};
+}
+
 }  // namespace
 
 std::optional<Date> parseInstant(const std::string& text) {
@@ -76,22 +94,6 @@ void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
                    "fixed:LAT,LNG, denied, undetermined, unavailable or silent");
 }
 
-LocationService locationService(const DeviceOptions& options) {
-    if (options.locationService) {
-        auto service = LocationService::parse(*options.locationService);
-        if (!service) {
-            throw UsageError("unknown location service '" + *options.locationService + "'");
-        }
-        return *service;
-    }
-    if (options.location) {
-        const auto fix = LocationService::parseCoordinates(*options.location);
-        if (!fix) throw UsageError("cannot read the location '" + *options.location + "'");
-        return {LocationService::Kind::fixed, *fix};
-    }
-    return {LocationService::Kind::undetermined};
-}
-
 void applyDeviceOptions(const DeviceOptions& options) {
     if (options.at) {
         const auto instant = parseInstant(*options.at);
@@ -104,7 +106,7 @@ void applyDeviceOptions(const DeviceOptions& options) {
         device::setTimeZone(std::move(*zone));
     }
     if (options.locale) device::setLocaleIdentifier(*options.locale);
-    (void)locationService(options);  // rejects a bad service before anything runs
+    device::setLocationService(locationService(options));
 }
 
 }  // namespace lunoval::cli

@@ -21,12 +21,9 @@ struct DeviceOptions {
 
 void addDeviceOptions(CLI::App& app, DeviceOptions& options);
 
-// Fixes the device clock, zone and locale for the run; throws UsageError on a bad value.
+// Fixes the device clock, zone, locale and location services for the run; throws UsageError
+// on a bad value.
 void applyDeviceOptions(const DeviceOptions& options);
-
-// The location service the device options choose: `--location LAT,LNG` is a fixed one; without
-// either option no service has been set up for the widget yet.
-LocationService locationService(const DeviceOptions& options);
 
 // "@<seconds since 1970>" or ISO 8601 with "Z" or an offset, such as 2026-03-29T00:30:00+01:00.
 std::optional<Date> parseInstant(const std::string& text);

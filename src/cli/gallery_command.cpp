@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "cli/preferences_command.hpp"
 #include "cli/render_command.hpp"
 #include "cli/widget_request.hpp"
 #include "locations/widget_location_cache.hpp"
@@ -43,17 +44,19 @@ std::vector<GalleryItem> allWidgets() {
 CLI::App* addGalleryCommand(CLI::App& app, GalleryOptions& options) {
     auto* command =
         app.add_subcommand("gallery", "Draw every widget in every size, with an index.html");
-    command->add_option("--out", options.out, "The folder for the images and the page")->required();
+    command->add_option("--out", options.out,
+                        "The folder for the images and the page (default: the stored "
+                        "outputFolder preference)");
     addRenderOptions(*command, options.render);
     return command;
 }
 
 int runGallery(const GalleryOptions& options, const DeviceOptions& device) {
-    const std::filesystem::path folder(options.out);
+    const std::filesystem::path folder(requiredOutputFolder(options.out));
     std::filesystem::create_directories(folder);
     // One provider request serves every widget: they would all get the same entry.
     const WidgetRequest request{.preview = !hasPlace(device)};
-    const auto entry = requestEntry(request, widgetkit::WidgetFamily::systemSmall, device);
+    const auto entry = requestEntry(request, widgetkit::WidgetFamily::systemSmall);
     auto items = allWidgets();
     writeGallery(folder, items, entry, options.render, ui::PangoTextMeasurer{});
     return 0;

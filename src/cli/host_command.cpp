@@ -14,6 +14,7 @@
 #include <system_error>
 
 #include "cli/gallery_command.hpp"
+#include "cli/preferences_command.hpp"
 #include "cli/render_command.hpp"
 #include "cli/widget_request.hpp"
 #include "platform/log.hpp"
@@ -104,11 +105,8 @@ enum class Wake { budget, reload, stop };
 
 class Host {
   public:
-    Host(const HostOptions& options, const DeviceOptions& device, std::vector<GalleryItem> items)
-        : options_(options),
-          device_(device),
-          items_(std::move(items)),
-          folder_(createFolder(options.out)) {}
+    Host(const HostOptions& options, std::vector<GalleryItem> items)
+        : options_(options), items_(std::move(items)), folder_(createFolder(options.out)) {}
 
     int run() {
         log::line("ℹ️ Host: listening for reload requests on " + listener_.path().string());
@@ -128,7 +126,7 @@ class Host {
   private:
     // One timeline serves every widget; its single entry has ended at once.
     void refresh() {
-        const auto entry = requestEntry({}, widgetkit::WidgetFamily::systemSmall, device_);
+        const auto entry = requestEntry({}, widgetkit::WidgetFamily::systemSmall);
         writeGallery(folder_, items_, entry, options_.render, measurer_);
     }
 
@@ -160,7 +158,6 @@ class Host {
     }
 
     const HostOptions& options_;
-    const DeviceOptions& device_;
     std::vector<GalleryItem> items_;
     StopSignals signals_;
     // Before the folder: a second host writes nothing.
@@ -174,7 +171,9 @@ class Host {
 CLI::App* addHostCommand(CLI::App& app, HostOptions& options) {
     auto* command = app.add_subcommand(
         "host", "Keep widget images fresh, refreshing on a budget and on reload requests");
-    command->add_option("--out", options.out, "The folder for the images and the page")->required();
+    command->add_option("--out", options.out,
+                        "The folder for the images and the page (default: the stored "
+                        "outputFolder preference)");
     command
         ->add_option("--widgets", options.widgets,
                      "KIND:FAMILY,... (default: every widget in every size it offers)")
@@ -187,13 +186,14 @@ CLI::App* addHostCommand(CLI::App& app, HostOptions& options) {
     return command;
 }
 
-int runHost(const HostOptions& options, const DeviceOptions& device) {
+int runHost(const HostOptions& options) {
+    requiredOutputFolder(options.out);
     auto items = selectedWidgets(options.widgets);
     if (!(options.minInterval > 0 && options.minInterval <= kMaxMinutes)) {
         throw UsageError("--min-interval must be more than 0 and at most " +
                          counted(kMaxMinutes, "minute"));
     }
-    return Host(options, device, std::move(items)).run();
+    return Host(options, std::move(items)).run();
 }
 
 }  // namespace lunoval::cli

@@ -20,6 +20,6 @@ struct HostOptions {
 CLI::App* addHostCommand(CLI::App& app, HostOptions& options);
 
 // Keeps the widgets' images fresh, as the widget host does, until SIGINT or SIGTERM.
-int runHost(const HostOptions& options, const DeviceOptions& device);
+int runHost(const HostOptions& options);
 
 }  // namespace lunoval::cli

@@ -8,7 +8,9 @@
 #include "cli/eclipses_command.hpp"
 #include "cli/gallery_command.hpp"
 #include "cli/host_command.hpp"
+#include "cli/locations_command.hpp"
 #include "cli/moon_command.hpp"
+#include "cli/preferences_command.hpp"
 #include "cli/record_command.hpp"
 #include "cli/reload_command.hpp"
 #include "cli/render_command.hpp"
@@ -53,18 +55,33 @@ int main(int argc, char** argv) {
     HostOptions host;
     auto* hostCommand = addHostCommand(app, host);
     auto* reloadCommand = addReloadCommand(app);
+    LocationsOptions locations;
+    auto* locationsCommand = addLocationsCommand(app, locations);
+    PreferencesOptions preferences;
+    auto* preferencesCommand = addPreferencesCommand(app, preferences);
 
     try {
         app.parse(argc, argv);
         applyDeviceOptions(device);
+        applyPreferences(*moonCommand, moon.scale,
+                         [&](const auto& folder) { moon.out = folder / moon.out; });
+        applyPreferences(*renderCommand, render.render.scale, [&](const auto& folder) {
+            render.out = folder / defaultImageName(render.request);
+        });
+        applyPreferences(*galleryCommand, gallery.render.scale,
+                         [&](const auto& folder) { gallery.out = folder; });
+        applyPreferences(*hostCommand, host.render.scale,
+                         [&](const auto& folder) { host.out = folder; });
         if (recordCommand->parsed()) return runRecord(record);
         if (eclipsesCommand->parsed()) return runEclipses(eclipses);
-        if (timelineCommand->parsed()) return runTimeline(timeline, device);
-        if (moonCommand->parsed()) return runMoon(moon, device);
-        if (renderCommand->parsed()) return runRender(render, device);
+        if (timelineCommand->parsed()) return runTimeline(timeline);
+        if (moonCommand->parsed()) return runMoon(moon);
+        if (renderCommand->parsed()) return runRender(render);
         if (galleryCommand->parsed()) return runGallery(gallery, device);
-        if (hostCommand->parsed()) return runHost(host, device);
+        if (hostCommand->parsed()) return runHost(host);
         if (reloadCommand->parsed()) return runReload();
+        if (locationsCommand->parsed()) return runLocations(*locationsCommand, locations);
+        if (preferencesCommand->parsed()) return runPreferences(*preferencesCommand, preferences);
         return kUsageError;
     } catch (const CLI::Success& e) {
         return app.exit(e);

@@ -55,8 +55,8 @@ Solar::SimpleMoonPhase givenPhase(const MoonOptions& options) {
 
 // The phase now at the device's place; the tilt needs a place, so without one the disc is not
 // turned.
-Solar::SimpleMoonPhase devicePhase(const DeviceOptions& device, bool& hasPlace) {
-    const auto service = locationService(device);
+Solar::SimpleMoonPhase devicePhase(bool& hasPlace) {
+    const auto service = device::locationService();
     hasPlace = service.kind == LocationService::Kind::fixed;
     const auto place = hasPlace ? service.fix : Location{};
     const auto now = device::now();
@@ -87,10 +87,10 @@ CLI::App* addMoonCommand(CLI::App& app, MoonOptions& options) {
     return command;
 }
 
-int runMoon(const MoonOptions& options, const DeviceOptions& device) {
+int runMoon(const MoonOptions& options) {
     requireImageFormat(options.out);
     bool hasPlace = true;
-    const auto phase = options.phase ? givenPhase(options) : devicePhase(device, hasPlace);
+    const auto phase = options.phase ? givenPhase(options) : devicePhase(hasPlace);
     const SimpleMoonPhaseView disc{.moonPhase = phase,
                                    .size = options.size,
                                    .strokeColor = ui::Color::white(),

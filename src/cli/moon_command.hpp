@@ -22,6 +22,6 @@ struct MoonOptions {
 CLI::App* addMoonCommand(CLI::App& app, MoonOptions& options);
 
 // Draws the moon disc alone, for the device's place and time or for a given phase.
-int runMoon(const MoonOptions& options, const DeviceOptions& device);
+int runMoon(const MoonOptions& options);
 
 }  // namespace lunoval::cli

@@ -22,6 +22,10 @@ void addRenderOptions(CLI::App& command, RenderOptions& options) {
         ->transform(CLI::CheckedTransformer(schemes));
 }
 
+std::string defaultImageName(const WidgetRequest& request) {
+    return request.kind + "-" + request.family + ".png";
+}
+
 void requireImageFormat(const std::string& path) {
     if (!ui::imageFormatFor(path)) {
         throw UsageError("cannot tell the image format of '" + path + "' (use .png, .svg or .pdf)");
@@ -36,12 +40,11 @@ CLI::App* addRenderCommand(CLI::App& app, RenderCommandOptions& options) {
     return command;
 }
 
-int runRender(const RenderCommandOptions& options, const DeviceOptions& device) {
+int runRender(const RenderCommandOptions& options) {
     const auto [widget, family] = requestedWidget(options.request);
-    const auto out =
-        options.out.value_or(options.request.kind + "-" + options.request.family + ".png");
+    const auto out = options.out.value_or(defaultImageName(options.request));
     requireImageFormat(out);
-    const auto entry = requestEntry(options.request, family, device);
+    const auto entry = requestEntry(options.request, family);
     const ui::PangoTextMeasurer measurer;
     const auto rendered = renderWidget(widget, family, entry, options.render, measurer);
     ui::writeImage(rendered.list, rendered.environment, out);

@@ -20,12 +20,15 @@ struct RenderCommandOptions {
 // --scale, --mode and --color-scheme, shared by the commands that draw widgets.
 void addRenderOptions(CLI::App& command, RenderOptions& options);
 
+// <kind>-<family>.png
+std::string defaultImageName(const WidgetRequest& request);
+
 // Throws UsageError unless the file's extension names an image format we write.
 void requireImageFormat(const std::string& path);
 
 CLI::App* addRenderCommand(CLI::App& app, RenderCommandOptions& options);
 
 // One widget image through the provider, as the host would show it.
-int runRender(const RenderCommandOptions& options, const DeviceOptions& device);
+int runRender(const RenderCommandOptions& options);
 
 }  // namespace lunoval::cli

@@ -26,10 +26,10 @@ CLI::App* addTimelineCommand(CLI::App& app, TimelineOptions& options) {
     return command;
 }
 
-int runTimeline(const TimelineOptions& options, const DeviceOptions& device) {
+int runTimeline(const TimelineOptions& options) {
     const auto family = requestedWidget(options.request).second;
     if (options.json) log::toStandardError(true);
-    const auto entry = requestEntry(options.request, family, device);
+    const auto entry = requestEntry(options.request, family);
     std::cout << entryJson(entry).dump(options.json ? -1 : 2) << "\n";
     return 0;
 }

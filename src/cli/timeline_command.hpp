@@ -15,6 +15,6 @@ struct TimelineOptions {
 CLI::App* addTimelineCommand(CLI::App& app, TimelineOptions& options);
 
 // One request from the widget host's side, through location resolution.
-int runTimeline(const TimelineOptions& options, const DeviceOptions& device);
+int runTimeline(const TimelineOptions& options);
 
 }  // namespace lunoval::cli

@@ -4,6 +4,8 @@
 #include "platform/main_queue.hpp"
 #include "timeline/moon_widget_timeline_provider.hpp"
 
+#include "platform/device.hpp"
+
 namespace lunoval::cli {
 
 namespace {
@@ -54,12 +56,11 @@ std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetReque
     return {*widget, *family};
 }
 
-MoonWidgetEntry requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
-                             const DeviceOptions& device) {
+MoonWidgetEntry requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family) {
     EventLoopQueue queue;
-    const auto service = locationService(device);
+    const auto service = device::locationService();
     const MoonWidgetTimelineProvider provider(
-        queue, [&] { return makeLocationManager(service, queue); }, appGroupDefaults());
+        queue, [&] { return makePlatformLocationManager(service, queue); }, appGroupDefaults());
     const widgetkit::Context context{.family = family, .isPreview = request.preview};
 
     if (request.placeholder) return provider.placeholder(context);

@@ -26,7 +26,6 @@ void addWidgetRequestOptions(CLI::App& command, WidgetRequest& request);
 std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetRequest& request);
 
 // One entry from the provider, through location resolution for a timeline.
-MoonWidgetEntry requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
-                             const DeviceOptions& device);
+MoonWidgetEntry requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family);
 
 }  // namespace lunoval::cli

@@ -20,8 +20,8 @@ bool isAuthorized(AuthorizationStatus status) {
 
 }  // namespace
 
-WidgetLocationManager::WidgetLocationManager(std::unique_ptr<LocationManager> locationManager,
-                                             UserDefaults defaults)
+WidgetLocationManager::WidgetLocationManager(
+    std::unique_ptr<PlatformLocationManager> locationManager, UserDefaults defaults)
     : locationManager_(std::move(locationManager)), defaults_(std::move(defaults)) {
     if (locationManager_) locationManager_->setDelegate(this);
 }

@@ -11,13 +11,14 @@ namespace lunoval {
 
 // Settles one place for one widget request: the system's last fix, the widget's cache, or a
 // fresh fix at most once an hour. Lives for one request; answers on the main queue.
-class WidgetLocationManager : public LocationManagerDelegate {
+class WidgetLocationManager : public PlatformLocationDelegate {
   public:
     using Completion =
         std::function<void(std::optional<Location> location, bool success, bool authorized)>;
 
     // `locationManager` may be null when the platform cannot make one.
-    WidgetLocationManager(std::unique_ptr<LocationManager> locationManager, UserDefaults defaults);
+    WidgetLocationManager(std::unique_ptr<PlatformLocationManager> locationManager,
+                          UserDefaults defaults);
     ~WidgetLocationManager() override;
     WidgetLocationManager(const WidgetLocationManager&) = delete;
     WidgetLocationManager& operator=(const WidgetLocationManager&) = delete;
@@ -25,7 +26,9 @@ class WidgetLocationManager : public LocationManagerDelegate {
     // Every path answers before returning when fresh requests are not allowed.
     void requestLocation(bool allowFreshRequest, Completion completion);
 
-    [[nodiscard]] LocationManager* locationManager() const { return locationManager_.get(); }
+    [[nodiscard]] PlatformLocationManager* locationManager() const {
+        return locationManager_.get();
+    }
 
     void didUpdateLocations(const std::vector<Location>& locations) override;
     void didFailWithError(const LocationError& error) override;
@@ -36,7 +39,7 @@ class WidgetLocationManager : public LocationManagerDelegate {
     void answer(std::optional<Location> location, bool success) const;
     void resolveWithoutSystemFix(bool allowFreshRequest);
 
-    std::unique_ptr<LocationManager> locationManager_;
+    std::unique_ptr<PlatformLocationManager> locationManager_;
     UserDefaults defaults_;
     // Kept after a call: a later callback answers again, and the caller takes only the first.
     Handler handler_;

@@ -13,6 +13,7 @@ struct Overrides {
     std::optional<Date> now;
     std::optional<TimeZone> zone;
     std::optional<std::string> locale;
+    std::optional<LocationService> locationService;
 };
 
 Overrides& overrides() {
@@ -76,6 +77,17 @@ std::string localeIdentifier() {
 void setLocaleIdentifier(std::optional<std::string> identifier) {
     std::scoped_lock lock(overrides().mutex);
     overrides().locale = std::move(identifier);
+}
+
+LocationService locationService() {
+    std::scoped_lock lock(overrides().mutex);
+    return overrides().locationService.value_or(
+        LocationService{LocationService::Kind::undetermined});
+}
+
+void setLocationService(std::optional<LocationService> service) {
+    std::scoped_lock lock(overrides().mutex);
+    overrides().locationService = service;
 }
 
 }  // namespace lunoval::device

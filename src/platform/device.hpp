@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/date.hpp"
+#include "platform/location_services.hpp"
 #include "platform/time_zone.hpp"
 
 namespace lunoval::device {
@@ -21,5 +22,10 @@ void setTimeZone(std::optional<TimeZone> zone);
 // A POSIX-style locale identifier such as "en_US" or "de_DE".
 std::string localeIdentifier();
 void setLocaleIdentifier(std::optional<std::string> identifier);
+
+// The location services the device offers; until one is set up, a service whose authorization
+// is not determined.
+LocationService locationService();
+void setLocationService(std::optional<LocationService> service);
 
 }  // namespace lunoval::device

@@ -1,7 +1,10 @@
 #include "platform/files.hpp"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
@@ -42,6 +45,23 @@ void writeFileAtomically(const fs::path& path, std::string_view content) {
         fs::remove(temporary, ignored);
         fail(path, cause);
     }
+}
+
+FileLock::FileLock(const fs::path& file, Mode mode)
+    : descriptor_(::open((file.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {
+    if (descriptor_ >= 0) ::flock(descriptor_, mode == Mode::shared ? LOCK_SH : LOCK_EX);
+}
+
+FileLock::~FileLock() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+void keepCorruptFileAside(const fs::path& path) {
+    const auto stamp = std::chrono::duration_cast<std::chrono::seconds>(
+                           std::chrono::system_clock::now().time_since_epoch())
+                           .count();
+    std::error_code ignored;
+    fs::rename(path, path.string() + ".corrupt-" + std::to_string(stamp), ignored);
 }
 
 }  // namespace lunoval

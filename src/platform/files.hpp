@@ -14,4 +14,22 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path);
 // or the new, never a part. Throws std::system_error naming the file on failure.
 void writeFileAtomically(const std::filesystem::path& path, std::string_view content);
 
+// An advisory lock on the sibling file "<name>.lock", held for the object's life; the file
+// itself may be replaced meanwhile. Locks of one process do not nest.
+class FileLock {
+  public:
+    enum class Mode { shared, exclusive };
+    FileLock(const std::filesystem::path& file, Mode mode);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+  private:
+    int descriptor_;
+};
+
+// Renames a file that could not be read as what it should be to "<name>.corrupt-<time>", so
+// that the next write does not destroy what the user may still want.
+void keepCorruptFileAside(const std::filesystem::path& path);
+
 }  // namespace lunoval

@@ -26,7 +26,7 @@ std::optional<double> number(std::string_view text) {
 }
 
 // Answers as the configured service would, through the main queue like the real one.
-class StandInLocationManager : public LocationManager {
+class StandInLocationManager : public PlatformLocationManager {
   public:
     StandInLocationManager(LocationService service, MainQueue& queue)
         : service_(service), queue_(queue) {}
@@ -64,11 +64,18 @@ class StandInLocationManager : public LocationManager {
                 return;
             default:
                 queue_.async([this] {
-                    if (delegate() != nullptr) {
-                        delegate()->didFailWithError({"The location could not be determined."});
-                    }
+                    if (delegate() != nullptr) delegate()->didFailWithError(failure());
                 });
         }
+    }
+
+    [[nodiscard]] LocationError failure() const {
+        if (service_.kind == LocationService::Kind::denied) {
+            return {.localizedDescription = "Access to location services was denied.",
+                    .code = LocationError::denied};
+        }
+        return {.localizedDescription = "The location could not be determined.",
+                .code = LocationError::locationUnknown};
     }
 
     LocationService service_;
@@ -98,11 +105,13 @@ std::optional<LocationService> LocationService::parse(std::string_view text) {
     if (!text.starts_with(fixedPrefix)) return std::nullopt;
     const auto fix = parseCoordinates(text.substr(fixedPrefix.size()));
     if (!fix) return std::nullopt;
-    return LocationService{fixed, *fix};
+    // A configured position is as good as a satellite fix.
+    constexpr double kFixedAccuracyMeters = 5;
+    return LocationService{fixed, {fix->latitude, fix->longitude, kFixedAccuracyMeters}};
 }
 
-std::unique_ptr<LocationManager> makeLocationManager(const LocationService& service,
-                                                     MainQueue& queue) {
+std::unique_ptr<PlatformLocationManager> makePlatformLocationManager(const LocationService& service,
+                                                                     MainQueue& queue) {
     return std::make_unique<StandInLocationManager>(service, queue);
 }
 

@@ -13,7 +13,12 @@ namespace lunoval {
 struct Location {
     double latitude = 0;   // degrees, north positive
     double longitude = 0;  // degrees, east positive
+    // Radius of uncertainty in metres; not positive when unknown.
+    double horizontalAccuracy = 0;
 };
+
+// The accuracy to ask for when the best the device can do is wanted.
+inline constexpr double kBestAccuracy = -1;
 
 // Geodesic distance on the WGS-84 ellipsoid, in metres.
 double distanceMeters(const Location& from, const Location& to);
@@ -27,22 +32,29 @@ enum class AuthorizationStatus {
     authorizedWhenInUse = 4,
 };
 
+// Errors of location services themselves carry this domain; others come from below them.
+inline constexpr std::string_view kLocationErrorDomain = "LocationErrorDomain";
+
 struct LocationError {
+    enum Code { locationUnknown = 0, denied = 1 };
     std::string localizedDescription;
+    std::string domain = std::string(kLocationErrorDomain);
+    int code = locationUnknown;
 };
 
 // Receives a location manager's answers, always on the main queue.
-class LocationManagerDelegate {
+class PlatformLocationDelegate {
   public:
-    virtual ~LocationManagerDelegate() = default;
+    virtual ~PlatformLocationDelegate() = default;
     virtual void didUpdateLocations(const std::vector<Location>& locations) = 0;
     virtual void didFailWithError(const LocationError& error) = 0;
+    virtual void didChangeAuthorization(AuthorizationStatus /*status*/) {}
 };
 
 // The device's location services as one client sees them.
-class LocationManager {
+class PlatformLocationManager {
   public:
-    virtual ~LocationManager() = default;
+    virtual ~PlatformLocationManager() = default;
 
     [[nodiscard]] virtual AuthorizationStatus authorizationStatus() const = 0;
     [[nodiscard]] virtual bool isAuthorizedForWidgetUpdates() const = 0;
@@ -51,17 +63,24 @@ class LocationManager {
     // One fix, answered later by one of the delegate's callbacks (or, for a service that never
     // answers, not at all).
     virtual void requestLocation() = 0;
+    // Asks the user, when the status is not determined yet; the answer, if any, comes through
+    // the delegate's authorization callback.
+    virtual void requestWhenInUseAuthorization() {}
     virtual void startUpdatingLocation() = 0;
     virtual void stopUpdatingLocation() = 0;
 
     // The delegate is not owned; it must outlive the manager's pending answers.
-    void setDelegate(LocationManagerDelegate* delegate) { delegate_ = delegate; }
+    void setDelegate(PlatformLocationDelegate* delegate) { delegate_ = delegate; }
+
+    // Hints for continuous updates; a backend may ignore them.
+    double desiredAccuracy = kBestAccuracy;
+    double distanceFilter = 0;  // metres
 
   protected:
-    [[nodiscard]] LocationManagerDelegate* delegate() const { return delegate_; }
+    [[nodiscard]] PlatformLocationDelegate* delegate() const { return delegate_; }
 
   private:
-    LocationManagerDelegate* delegate_ = nullptr;
+    PlatformLocationDelegate* delegate_ = nullptr;
 };
 
 // The stand-in services a device can be set up with.
@@ -76,7 +95,7 @@ struct LocationService {
     static std::optional<Location> parseCoordinates(std::string_view text);
 };
 
-std::unique_ptr<LocationManager> makeLocationManager(const LocationService& service,
-                                                     MainQueue& queue);
+std::unique_ptr<PlatformLocationManager> makePlatformLocationManager(const LocationService& service,
+                                                                     MainQueue& queue);
 
 }  // namespace lunoval

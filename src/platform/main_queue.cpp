@@ -46,6 +46,15 @@ void EventLoopQueue::runUntil(const std::function<bool()>& done) {
     }
 }
 
+EventLoopQueue& mainQueue() {
+    static EventLoopQueue queue;
+    return queue;
+}
+
+void EventLoopQueue::runDue() {
+    while (auto block = blocks_.takeDue(monotonicSeconds())) block();
+}
+
 ManualQueue::ManualQueue(Date start) : now_(start) {
     device::fixNow(now_);
 }

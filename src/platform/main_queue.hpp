@@ -39,10 +39,15 @@ class EventLoopQueue : public MainQueue {
     void asyncAfter(double seconds, Block block) override;
     // Runs blocks as they fall due until `done` holds or nothing is left to run.
     void runUntil(const std::function<bool()>& done);
+    // Runs everything due now, including blocks those blocks add for now.
+    void runDue();
 
   private:
     ScheduledBlocks blocks_;
 };
+
+// The process's main queue.
+EventLoopQueue& mainQueue();
 
 // A queue for tests: time moves only when told, and the device clock moves with it, so an
 // 8-second time-out takes no time at all.

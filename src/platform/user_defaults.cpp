@@ -1,36 +1,16 @@
 #include "platform/user_defaults.hpp"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
 #include <cstdlib>
 #include <limits>
 
 #include "platform/files.hpp"
+#include "platform/property_value.hpp"
 
 namespace lunoval {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-// An advisory lock on a sibling file: the defaults file itself is replaced on every write.
-class FileLock {
-  public:
-    FileLock(const fs::path& file, int operation)
-        : descriptor_(
-              ::open((file.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {
-        if (descriptor_ >= 0) ::flock(descriptor_, operation);
-    }
-    ~FileLock() {
-        if (descriptor_ >= 0) ::close(descriptor_);
-    }
-    FileLock(const FileLock&) = delete;
-    FileLock& operator=(const FileLock&) = delete;
-
-  private:
-    int descriptor_;
-};
 
 // The file's root dictionary, or null when it is missing or does not parse as one.
 plist::Node loadDictionary(const fs::path& file, bool* corrupt = nullptr) {
@@ -44,14 +24,6 @@ plist::Node loadDictionary(const fs::path& file, bool* corrupt = nullptr) {
     if (root && plist_get_node_type(root.get()) == PLIST_DICT) return root;
     if (corrupt != nullptr) *corrupt = true;
     return nullptr;
-}
-
-void keepAside(const fs::path& file) {
-    const auto stamp = std::chrono::duration_cast<std::chrono::seconds>(
-                           std::chrono::system_clock::now().time_since_epoch())
-                           .count();
-    std::error_code ignored;
-    fs::rename(file, file.string() + ".corrupt-" + std::to_string(stamp), ignored);
 }
 
 std::string serialized(plist_t root) {
@@ -93,7 +65,7 @@ std::optional<T> UserDefaults::read(std::string_view key,
                                     const std::function<std::optional<T>(plist_t)>& convert) const {
     plist::Node root;
     {
-        const FileLock lock(file_, LOCK_SH);
+        const FileLock lock(file_, FileLock::Mode::shared);
         root = loadDictionary(file_);
     }
     if (!root) return std::nullopt;
@@ -102,20 +74,45 @@ std::optional<T> UserDefaults::read(std::string_view key,
 }
 
 void UserDefaults::write(std::string_view key, plist_t value) const {
-    plist::Node owned(value);
+    std::vector<std::pair<std::string, plist::Node>> entries;
+    entries.emplace_back(key, plist::Node(value));
+    write(std::move(entries));
+}
+
+void UserDefaults::write(std::vector<std::pair<std::string, plist::Node>> entries) const {
     std::error_code ignored;
     fs::create_directories(file_.parent_path(), ignored);
-    const FileLock lock(file_, LOCK_EX);
+    const FileLock lock(file_, FileLock::Mode::exclusive);
     bool corrupt = false;
     plist::Node root = loadDictionary(file_, &corrupt);
-    if (corrupt) keepAside(file_);
+    if (corrupt) keepCorruptFileAside(file_);
     if (!root) root.reset(plist_new_dict());
-    if (owned) {
-        plist_dict_set_item(root.get(), std::string(key).c_str(), owned.release());
-    } else {
-        plist_dict_remove_item(root.get(), std::string(key).c_str());
+    for (auto& [key, value] : entries) {
+        if (value) {
+            plist_dict_set_item(root.get(), key.c_str(), value.release());
+        } else {
+            plist_dict_remove_item(root.get(), key.c_str());
+        }
     }
     writeFileAtomically(file_, serialized(root.get()));
+}
+
+bool UserDefaults::isCorrupt() const {
+    const FileLock lock(file_, FileLock::Mode::shared);
+    bool corrupt = false;
+    loadDictionary(file_, &corrupt);
+    return corrupt;
+}
+
+std::optional<PropertyValue> UserDefaults::objectForKey(std::string_view key) const {
+    return read<PropertyValue>(
+        key, [](plist_t node) -> std::optional<PropertyValue> { return propertyValue(node); });
+}
+
+void UserDefaults::setObjects(const PropertyValue& entries) const {
+    std::vector<std::pair<std::string, plist::Node>> nodes;
+    for (const auto& [key, value] : entries.items()) nodes.emplace_back(key, propertyNode(value));
+    write(std::move(nodes));
 }
 
 std::optional<double> UserDefaults::doubleForKey(std::string_view key) const {

@@ -6,8 +6,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/plist_handles.hpp"
+#include "platform/property_value.hpp"
 
 namespace lunoval {
 
@@ -30,12 +33,17 @@ class UserDefaults {
     [[nodiscard]] std::optional<std::int64_t> integerForKey(std::string_view key) const;
     [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const;
     [[nodiscard]] std::optional<std::string> dataForKey(std::string_view key) const;
+    [[nodiscard]] std::optional<PropertyValue> objectForKey(std::string_view key) const;
+    // The file is there but is not a property-list dictionary.
+    [[nodiscard]] bool isCorrupt() const;
 
     void setDouble(std::string_view key, double value) const;
     void setInteger(std::string_view key, std::int64_t value) const;
     void setString(std::string_view key, std::string_view value) const;
     void setData(std::string_view key, std::string_view bytes) const;
     void removeObject(std::string_view key) const;
+    // Sets every key of a dictionary in one write (a null value removes its key).
+    void setObjects(const PropertyValue& entries) const;
 
   private:
     // Runs `read` on a copy of the key's value (null when absent).
@@ -43,6 +51,7 @@ class UserDefaults {
     std::optional<T> read(std::string_view key,
                           const std::function<std::optional<T>(plist_t)>& convert) const;
     void write(std::string_view key, plist_t value) const;
+    void write(std::vector<std::pair<std::string, plist::Node>> entries) const;
 
     std::filesystem::path file_;
 };

@@ -46,11 +46,11 @@ std::string standardDescription(Date date) {
     return date::format("%F %T +0000", date::sys_seconds{seconds});
 }
 
-MoonWidgetTimelineProvider::MoonWidgetTimelineProvider(MainQueue& queue,
-                                                       MakeLocationManager makeLocationManager,
-                                                       UserDefaults defaults)
+MoonWidgetTimelineProvider::MoonWidgetTimelineProvider(
+    MainQueue& queue, MakePlatformLocationManager makePlatformLocationManager,
+    UserDefaults defaults)
     : queue_(queue),
-      makeLocationManager_(std::move(makeLocationManager)),
+      makePlatformLocationManager_(std::move(makePlatformLocationManager)),
       defaults_(std::move(defaults)) {}
 
 MoonWidgetEntry MoonWidgetTimelineProvider::placeholder(
@@ -66,7 +66,7 @@ void MoonWidgetTimelineProvider::snapshot(
         completion(placeholder(context));
         return;
     }
-    WidgetLocationManager manager(makeLocationManager_(), defaults_);
+    WidgetLocationManager manager(makePlatformLocationManager_(), defaults_);
     manager.requestLocation(false, [&](std::optional<Location> location, bool, bool authorized) {
         auto record = makeWidgetData(location, authorized, defaults_);
         completion({.date = device::now(), .widgetData = std::move(record)});
@@ -81,7 +81,8 @@ void MoonWidgetTimelineProvider::timeline(
 
     auto pending = std::make_shared<PendingTimeline>();
     pending->start = start;
-    pending->manager = std::make_shared<WidgetLocationManager>(makeLocationManager_(), defaults_);
+    pending->manager =
+        std::make_shared<WidgetLocationManager>(makePlatformLocationManager_(), defaults_);
     pending->deliver = [start, completion = std::move(completion)](MoonWidgetEntry entry) {
         if (!entry.widgetData || entry.widgetData->needsLocationPermission) {
             log::line("ℹ️ Widget: Will retry in 15 minutes");

@@ -15,9 +15,10 @@ namespace lunoval {
 // one entry that the host reloads when it sees fit. Holds no state of its own.
 class MoonWidgetTimelineProvider {
   public:
-    using MakeLocationManager = std::function<std::unique_ptr<LocationManager>()>;
+    using MakePlatformLocationManager = std::function<std::unique_ptr<PlatformLocationManager>()>;
 
-    MoonWidgetTimelineProvider(MainQueue& queue, MakeLocationManager makeLocationManager,
+    MoonWidgetTimelineProvider(MainQueue& queue,
+                               MakePlatformLocationManager makePlatformLocationManager,
                                UserDefaults defaults);
 
     [[nodiscard]] MoonWidgetEntry placeholder(const widgetkit::Context& context) const;
@@ -31,7 +32,7 @@ class MoonWidgetTimelineProvider {
 
   private:
     MainQueue& queue_;
-    MakeLocationManager makeLocationManager_;
+    MakePlatformLocationManager makePlatformLocationManager_;
     UserDefaults defaults_;
 };
 

@@ -44,8 +44,8 @@ class WidgetLocation : public ::testing::Test {
     // Runs one request through a stand-in service and the queue; returns the log it wrote.
     std::string request(const char* service, bool allowFresh, Answer& answer) {
         ::testing::internal::CaptureStdout();
-        WidgetLocationManager manager(makeLocationManager(*LocationService::parse(service), queue),
-                                      defaults());
+        WidgetLocationManager manager(
+            makePlatformLocationManager(*LocationService::parse(service), queue), defaults());
         manager.requestLocation(allowFresh, [&](auto location, bool success, bool authorized) {
             answer = {location, success, authorized, answer.calls + 1};
         });
@@ -148,8 +148,8 @@ TEST_F(WidgetLocation, ACachedPointAnswersFirstAndAFreshFixRefreshesTheCache) {
 
 TEST_F(WidgetLocation, TheLastOfSeveralFixesIsTakenAndAFailureWhileDeniedGivesNothing) {
     Answer answer;
-    WidgetLocationManager manager(makeLocationManager(*LocationService::parse("denied"), queue),
-                                  defaults());
+    WidgetLocationManager manager(
+        makePlatformLocationManager(*LocationService::parse("denied"), queue), defaults());
     manager.requestLocation(true, [&](auto location, bool success, bool authorized) {
         answer = {location, success, authorized, answer.calls + 1};
     });

@@ -62,7 +62,7 @@ TEST(LocationService, ReadsTheDeviceOption) {
     }
 }
 
-struct Recorder : LocationManagerDelegate {
+struct Recorder : PlatformLocationDelegate {
     void didUpdateLocations(const std::vector<Location>& locations) override {
         answers.push_back("fix " + std::to_string(locations.back().latitude));
     }
@@ -88,7 +88,7 @@ TEST(StandInServices, AnswerOnTheMainQueueAsConfigured) {
     for (const auto& [service, status, widgetAuthorized, hasLastLocation, answers] : cases) {
         ManualQueue queue(kStart);
         Recorder recorder;
-        const auto manager = makeLocationManager(*LocationService::parse(service), queue);
+        const auto manager = makePlatformLocationManager(*LocationService::parse(service), queue);
         manager->setDelegate(&recorder);
         EXPECT_EQ(manager->authorizationStatus(), status) << service;
         EXPECT_EQ(manager->isAuthorizedForWidgetUpdates(), widgetAuthorized) << service;

@@ -13,7 +13,7 @@ namespace {
 const Date kStart = Date::fromTimeIntervalSince1970(1760000000);  // 2025-10-09 08:53:20 UTC
 
 // Authorized, no last fix, answers a request after a delay.
-class LateLocationManager : public LocationManager {
+class LateLocationManager : public PlatformLocationManager {
   public:
     LateLocationManager(MainQueue& queue, double delay) : queue_(queue), delay_(delay) {}
     [[nodiscard]] AuthorizationStatus authorizationStatus() const override {
@@ -45,7 +45,7 @@ class TimelineProvider : public ::testing::Test {
         return {queue_,
                 [this, service] {
                     ++managersMade_;
-                    return makeLocationManager(*LocationService::parse(service), queue_);
+                    return makePlatformLocationManager(*LocationService::parse(service), queue_);
                 },
                 defaults()};
     }

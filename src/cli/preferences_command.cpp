@@ -1,0 +1,110 @@
+#include "cli/preferences_command.hpp"
+
+#include <algorithm>
+#include <iostream>
+
+#include "cli/device_options.hpp"
+#include "locations/ov_storage.hpp"
+#include "platform/number_text.hpp"
+
+namespace lunoval::cli {
+
+namespace {
+
+constexpr const char* kOutputFolder = "outputFolder";
+constexpr const char* kScale = "scale";
+constexpr double kMinScale = 0.25;
+constexpr double kMaxScale = 8;
+
+OVStorage& store() {
+    const auto path = OVStorage::localStoragePath();
+    if (readDictionaryFile(path).corrupt) {
+        throw std::runtime_error(path.string() + " is not a property list; fix it or move it away");
+    }
+    return OVStorage::localStorage();
+}
+
+void requireKnown(const std::string& key) {
+    if (key != kOutputFolder && key != kScale) {
+        throw UsageError("unknown preference '" + key + "' (there are outputFolder and scale)");
+    }
+}
+
+PropertyValue parsedValue(const std::string& key, const std::string& text) {
+    if (key == kOutputFolder) return std::filesystem::absolute(text).lexically_normal().string();
+    try {
+        std::size_t used = 0;
+        const double scale = std::stod(text, &used);
+        if (used == text.size() && scale >= kMinScale && scale <= kMaxScale) return scale;
+    } catch (const std::exception&) {
+        // Reported below with the range.
+    }
+    throw UsageError("the scale must be a number from 0.25 to 8, not '" + text + "'");
+}
+
+std::string shown(const PropertyValue& value) {
+    return value.is_number() ? doubleDescription(value.get<double>()) : value.get<std::string>();
+}
+
+}  // namespace
+
+CLI::App* addPreferencesCommand(CLI::App& app, PreferencesOptions& options) {
+    auto* command = app.add_subcommand(
+        "preferences", "The command's defaults: outputFolder (for --out) and scale (for --scale)");
+    auto* set = command->add_subcommand("set", "Keep a default");
+    set->add_option("key", options.key, "outputFolder or scale")->required();
+    set->add_option("value", options.value, "A folder, or pixels per point")->required();
+    command->add_subcommand("unset", "Forget a default")
+        ->add_option("key", options.key, "outputFolder or scale")
+        ->required();
+    command->footer("Without a subcommand, prints the defaults kept.");
+    return command;
+}
+
+int runPreferences(const CLI::App& command, const PreferencesOptions& options) {
+    if (command.get_subcommands().empty()) {
+        for (const auto& [key, value] : store().entries().items()) {
+            if (value.is_string() || value.is_number())
+                std::cout << key << " = " << shown(value) << "\n";
+        }
+        return 0;
+    }
+    requireKnown(options.key);
+    auto& preferences = store();
+    if (command.get_subcommands().front()->get_name() == "set") {
+        preferences.setObject(parsedValue(options.key, options.value), options.key);
+    } else {
+        preferences.removeObject(options.key);
+    }
+    preferences.synchronize();
+    return 0;
+}
+
+const std::string& requiredOutputFolder(const std::string& out) {
+    if (out.empty()) {
+        throw UsageError(
+            "--out is required (or keep a folder with: lunoval preferences set outputFolder DIR)");
+    }
+    return out;
+}
+
+void applyPreferences(const CLI::App& command, double& scale,
+                      const std::function<void(const std::filesystem::path&)>& useFolder) {
+    if (!command.parsed()) return;
+    const bool needScale = command.count("--scale") == 0;
+    const bool needFolder = command.count("--out") == 0;
+    if (!needScale && !needFolder) return;
+    const auto& preferences = store();
+    if (const auto stored = preferences.objectForKey(kScale);
+        needScale && stored && stored->is_number()) {
+        scale = std::clamp(stored->get<double>(), kMinScale, kMaxScale);
+    }
+    if (const auto stored = preferences.objectForKey(kOutputFolder);
+        needFolder && stored && stored->is_string()) {
+        const std::filesystem::path folder = stored->get<std::string>();
+        std::filesystem::create_directories(folder);
+        useFolder(folder);
+    }
+}
+
+}  // namespace lunoval::cli
