@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/localization.hpp"
 #include "views/moon_event_view.hpp"
 #include "views/moon_phase_views.hpp"
 #include "views/times_views.hpp"
@@ -28,23 +29,31 @@ std::span<const WidgetKind> LunovalWidgetBundle::body() {
     // Times" and the phase widget has a large size but no medium one: all as published.
     static const std::vector<WidgetKind> widgets{
         {"MoonSunTimesWidget",
-         "Moon & Sun Times",
-         "Moon and sun rise/set times",
+         // TRANSLATORS: Widget name in the widget gallery
+         l10n::translatable("Moon & Sun Times"),
+         // TRANSLATORS: Widget description in the widget gallery
+         l10n::translatable("Moon and sun rise/set times"),
          {systemSmall},
          draw<MoonSunTimesWidgetEntryView>},
         {"MoonEventWidget",
-         "Moon Times",
-         "View moon phase and next full moon or new moon event",
+         // TRANSLATORS: Widget name in the widget gallery
+         l10n::translatable("Moon Times"),
+         // TRANSLATORS: Widget description in the widget gallery
+         l10n::translatable("View moon phase and next full moon or new moon event"),
          {systemSmall},
          draw<MoonEventWidgetEntryView>},
         {"MoonTimesWidget",
-         "Moon & Sun Times",
-         "Moon and sun rise/set times",
+         // TRANSLATORS: Widget name in the widget gallery
+         l10n::translatable("Moon & Sun Times"),
+         // TRANSLATORS: Widget description in the widget gallery
+         l10n::translatable("Moon and sun rise/set times"),
          {systemSmall, systemMedium, accessoryRectangular, accessoryCircular, accessoryInline},
          draw<MoonTimesWidgetEntryView>},
         {"MoonPhaseWidget",
-         "Moon Phase",
-         "View moon phases and times",
+         // TRANSLATORS: Widget name in the widget gallery
+         l10n::translatable("Moon Phase"),
+         // TRANSLATORS: Widget description in the widget gallery
+         l10n::translatable("View moon phases and times"),
          {systemSmall, systemLarge, accessoryCircular, accessoryRectangular, accessoryInline},
          draw<MoonPhaseWidgetEntryView>},
     };

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/localization.hpp"
+
 namespace lunoval::Solar {
 
 namespace {
@@ -11,16 +13,24 @@ struct Names {
     std::string_view caseName;
 };
 
-// In declaration order of PhaseType.
+// In declaration order of PhaseType. The raw values are also the displayed names.
 constexpr std::array<Names, 8> kNames{{
-    {"New Moon", "newMoon"},
-    {"Waxing Crescent", "waxingCrescent"},
-    {"First Quarter", "firstQuarter"},
-    {"Waxing Gibbous", "waxingGibbous"},
-    {"Full Moon", "fullMoon"},
-    {"Waning Gibbous", "waningGibbous"},
-    {"Last Quarter", "lastQuarter"},
-    {"Waning Crescent", "waningCrescent"},
+    // TRANSLATORS: Moon phase name
+    {l10n::translatable("New Moon"), "newMoon"},
+    // TRANSLATORS: Moon phase name
+    {l10n::translatable("Waxing Crescent"), "waxingCrescent"},
+    // TRANSLATORS: Moon phase name
+    {l10n::translatable("First Quarter"), "firstQuarter"},
+    // TRANSLATORS: Moon phase name
+    {l10n::translatable("Waxing Gibbous"), "waxingGibbous"},
+    // TRANSLATORS: Moon phase name
+    {l10n::translatable("Full Moon"), "fullMoon"},
+    // TRANSLATORS: Moon phase name
+    {l10n::translatable("Waning Gibbous"), "waningGibbous"},
+    // TRANSLATORS: Moon phase name
+    {l10n::translatable("Last Quarter"), "lastQuarter"},
+    // TRANSLATORS: Moon phase name
+    {l10n::translatable("Waning Crescent"), "waningCrescent"},
 }};
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "cli/device_options.hpp"
 #include "platform/date_formatter.hpp"
 #include "platform/device.hpp"
+#include "platform/localization.hpp"
 #include "platform/log.hpp"
 #include "timeline/widget_data_builder.hpp"
 
@@ -25,8 +26,9 @@ std::string timeOrDash(const DateFormatter& formatter, const std::optional<Date>
 }
 
 std::string phaseLine(const Solar::SimpleMoonPhase& phase) {
-    return phase.phaseName + " · " + fixed(phase.illumination * 100, 1) + "% lit · phase angle " +
-           fixed(phase.phaseAngle, 1) + "° · tilt " + fixed(phase.tiltAngle, 1) + "°";
+    return l10n::localized(phase.phaseName.c_str()) + " · " + fixed(phase.illumination * 100, 1) +
+           "% lit · phase angle " + fixed(phase.phaseAngle, 1) + "° · tilt " +
+           fixed(phase.tiltAngle, 1) + "°";
 }
 
 void printSummary(const MoonWidgetData& record) {
@@ -47,8 +49,8 @@ void printSummary(const MoonWidgetData& record) {
         std::cout << "Phase       " << phaseLine(*record.currentMoonPhase) << "\n";
     }
     if (record.nextMoonPhase && record.nextPhaseTime) {
-        std::cout << "Next phase  " << record.nextMoonPhase->phaseName << " · "
-                  << *record.nextPhaseTime << "\n";
+        std::cout << "Next phase  " << l10n::localized(record.nextMoonPhase->phaseName.c_str())
+                  << " · " << *record.nextPhaseTime << "\n";
     }
     if (record.eclipseInfo) {
         std::cout << "Eclipse     " << record.eclipseInfo->title

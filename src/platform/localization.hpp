@@ -4,10 +4,19 @@
 
 namespace lunoval::l10n {
 
-// The user-visible text of a key in the device language; the key itself when untranslated.
+// Texts are looked up in the gettext catalogues of the text domain "lunoval", in the device
+// locale's language; the key is the English text, and shows itself where a language has no
+// translation of it.
+
+// The user-visible text of a key in the device language.
 std::string localized(const char* key);
 
 // A format with one "%d", chosen by the plural rule of `count` and filled with it.
 std::string localizedCount(const char* key, long count);
+
+// Marks a key that is looked up later from a value, so that the catalogues carry it.
+constexpr const char* translatable(const char* key) {
+    return key;
+}
 
 }  // namespace lunoval::l10n

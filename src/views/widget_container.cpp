@@ -46,12 +46,17 @@ View WidgetPermissionView::body() const {
                   {Symbol("location.slash.fill")
                        .font(Font::system(21))
                        .color(dark(SystemColor::orange)),
+                   // Longer translations wrap rather than lose their ends.
                    Text(l10n::localized("Location Access Required"))
                        .font(Font::system(13, FontWeight::semibold))
-                       .color(Color::white().opacity(0.9)),
+                       .color(Color::white().opacity(0.9))
+                       .lineLimit(2)
+                       .multilineTextAlignment(TextAlignment::center),
                    View(Text(l10n::localized("Tap to open Settings"))
                             .font(Font::system(10, FontWeight::medium))
-                            .color(dark(SystemColor::blue).opacity(0.9)))
+                            .color(dark(SystemColor::blue).opacity(0.9))
+                            .lineLimit(2)
+                            .multilineTextAlignment(TextAlignment::center))
                        .padding({.top = 2})})
         .padding({.top = 16, .leading = 12, .bottom = 16, .trailing = 12})
         .containerBackground(WidgetBackground{}.body())

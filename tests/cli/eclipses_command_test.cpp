@@ -122,8 +122,8 @@ TEST_F(EclipsesCommand, PrintsLocalTimesInTheDeviceZoneAndLocale) {
         "--from 2024 --to 2024 --lat 35.68 --lng 139.77 --timezone Asia/Tokyo --locale de_DE");
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.out,
-              "09.04.2024, 03:17 · Total Solar Eclipse · solar · not visible here\n"
-              "03.10.2024, 03:45 · Annular Solar Eclipse · solar · not visible here\n");
+              "09.04.2024, 03:17 · Totale Sonnenfinsternis · solar · not visible here\n"
+              "03.10.2024, 03:45 · Ringförmige Sonnenfinsternis · solar · not visible here\n");
     const auto empty = eclipses("--from 1990 --to 1991");
     EXPECT_EQ(empty.out, "No catalogued eclipses from 1990 to 1991\n");
 }

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <set>
+
+#include "app/widget_renderer.hpp"
+#include "display_list_queries.hpp"
+#include "platform/device.hpp"
+#include "platform/localization.hpp"
+#include "ui/pango_layout.hpp"
+#include "ui/pango_text_measurer.hpp"
+
+namespace lunoval {
+namespace {
+
+// Every key of the catalogues, read from the template the build extracts.
+std::set<std::string> translationKeys() {
+    std::set<std::string> keys;
+    std::ifstream pot(LUNOVAL_TRANSLATION_TEMPLATE);
+    for (std::string line; std::getline(pot, line);) {
+        if (line.starts_with("msgid \"") && line.size() > 8) {
+            keys.insert(line.substr(7, line.size() - 8));
+        }
+    }
+    return keys;
+}
+
+std::vector<std::optional<MoonWidgetData>> records() {
+    const auto now = Date::fromTimeIntervalSince1970(1760000000);
+    return {MoonWidgetData::placeholder(now), MoonWidgetData::permissionNeeded("Asia/Tokyo", now),
+            std::nullopt};
+}
+
+class Translations : public ::testing::TestWithParam<const char*> {
+  protected:
+    Translations() { device::setLocaleIdentifier(GetParam()); }
+    ~Translations() override { device::setLocaleIdentifier(std::nullopt); }
+};
+
+TEST_P(Translations, EveryWidgetShowsTranslatedTextsThatFitWithEveryGlyph) {
+    static const auto keys = translationKeys();
+    ASSERT_GT(keys.size(), 40U);
+    EXPECT_NE(l10n::localized("Waxing Gibbous"), "Waxing Gibbous");  // the catalogue is there
+    // A key may also be another key's translation: "M" is Monday in English, Tuesday in French.
+    std::set<std::string> translations;
+    for (const auto& key : keys) translations.insert(l10n::localized(key.c_str()));
+    const ui::PangoTextMeasurer measurer;
+    for (const auto& widget : LunovalWidgetBundle::body()) {
+        for (const auto family : widget.supportedFamilies) {
+            for (const auto& record : records()) {
+                const MoonWidgetEntry entry{.date = {}, .widgetData = record};
+                const auto list = renderWidget(widget, family, entry, {}, measurer).list;
+                for (const auto& text : testing::all<ui::DrawText>(list)) {
+                    SCOPED_TRACE(std::string(widget.kind) + " " +
+                                 std::string(widgetkit::familyName(family)) + ": " + text.text);
+                    EXPECT_TRUE(!keys.contains(text.text) || translations.contains(text.text));
+                    const auto fit = measurer.measure(text.text, text.font, text.frame.width + 0.5,
+                                                      text.maxLines);
+                    EXPECT_FALSE(fit.truncated);
+                    const auto layout = ui::layOutText(text.text, text.font, {});
+                    EXPECT_EQ(pango_layout_get_unknown_glyphs_count(layout.get()), 0);
+                }
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Translations,
+                         ::testing::Values("de_DE", "fr_FR", "es_ES", "it_IT", "pt_BR", "pl_PL",
+                                           "ja_JP"));
+
+TEST(Translations, DayCountsTakeEachLanguagesPluralForm) {
+    const std::vector<std::tuple<const char*, long, const char*>> cases{
+        {"pl_PL", 2, "za 2 dni"},     {"pl_PL", 5, "za 5 dni"},   {"pl_PL", 22, "za 22 dni"},
+        {"fr_FR", 2, "dans 2 jours"}, {"de_DE", 3, "in 3 Tagen"}, {"ja_JP", 4, "4日後"},
+        {"en_US", 9, "in 9 days"},
+    };
+    for (const auto& [locale, days, expected] : cases) {
+        device::setLocaleIdentifier(locale);
+        EXPECT_EQ(l10n::localizedCount("in %d days", days), expected) << locale;
+    }
+    device::setLocaleIdentifier(std::nullopt);
+}
+
+}  // namespace
+}  // namespace lunoval
