@@ -40,8 +40,8 @@ std::optional<Date> parseIso8601(std::string text) {
 }
 #pragma GCC diagnostic pop
 
-// `--location LAT,LNG` is a fixed service; without either option no service has been set up
-// for the widget yet.
+// `--location LAT,LNG` is a fixed service; without either option the device has GeoClue when
+// the system bus offers it.
 LocationService locationService(const DeviceOptions& options) {
     if (options.locationService) {
         auto service = LocationService::parse(*options.locationService);
@@ -55,7 +55,7 @@ LocationService locationService(const DeviceOptions& options) {
         if (!fix) throw UsageError("cannot read the location '" + *options.location + "'");
         return {LocationService::Kind::fixed, *fix};
     }
-    return {LocationService::Kind::undetermined};
+    return {LocationService::Kind::automatic};
 }
 
 }  // namespace
@@ -91,7 +91,8 @@ void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
     app.add_option("--location", options.location,
                    "The device's position LAT,LNG (a fixed location service)");
     app.add_option("--location-service", options.locationService,
-                   "fixed:LAT,LNG, denied, undetermined, unavailable or silent");
+                   "geoclue, fixed:LAT,LNG, denied, undetermined, unavailable or silent "
+                   "(default: geoclue where the system bus has it, else undetermined)");
 }
 
 void applyDeviceOptions(const DeviceOptions& options) {

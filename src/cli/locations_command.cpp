@@ -23,16 +23,12 @@ class PrintingObserver : public LocationObserver {
     void LocationUpdated(bool notUpdating) override {
         std::cout << "LocationUpdated: " << (notUpdating ? "true" : "false") << "\n";
     }
-    void LocationUpdateFailed() override {
-        failed = true;
-        std::cout << "LocationUpdateFailed\n";
-    }
+    void LocationUpdateFailed() override { std::cout << "LocationUpdateFailed\n"; }
     void LocationServicesPermissionDenied() override {
         denied = true;
         std::cout << "LocationServicesPermissionDenied\n";
     }
 
-    bool failed = false;
     bool denied = false;
 };
 

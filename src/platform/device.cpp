@@ -81,8 +81,7 @@ void setLocaleIdentifier(std::optional<std::string> identifier) {
 
 LocationService locationService() {
     std::scoped_lock lock(overrides().mutex);
-    return overrides().locationService.value_or(
-        LocationService{LocationService::Kind::undetermined});
+    return overrides().locationService.value_or(LocationService{LocationService::Kind::automatic});
 }
 
 void setLocationService(std::optional<LocationService> service) {

@@ -23,8 +23,8 @@ void setTimeZone(std::optional<TimeZone> zone);
 std::string localeIdentifier();
 void setLocaleIdentifier(std::optional<std::string> identifier);
 
-// The location services the device offers; until one is set up, a service whose authorization
-// is not determined.
+// The location services the device offers; until one is set up, GeoClue where the system bus
+// has it, else a service whose authorization is not determined.
 LocationService locationService();
 void setLocationService(std::optional<LocationService> service);
 

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "platform/geoclue_location_manager.hpp"
+
 namespace lunoval {
 
 double distanceMeters(const Location& from, const Location& to) {
@@ -97,6 +99,7 @@ std::optional<Location> LocationService::parseCoordinates(std::string_view text)
 
 std::optional<LocationService> LocationService::parse(std::string_view text) {
     using enum Kind;
+    if (text == "geoclue") return LocationService{geoclue};
     if (text == "denied") return LocationService{denied};
     if (text == "undetermined") return LocationService{undetermined};
     if (text == "unavailable") return LocationService{unavailable};
@@ -112,6 +115,11 @@ std::optional<LocationService> LocationService::parse(std::string_view text) {
 
 std::unique_ptr<PlatformLocationManager> makePlatformLocationManager(const LocationService& service,
                                                                      MainQueue& queue) {
+    using enum LocationService::Kind;
+    if (service.kind == geoclue || (service.kind == automatic && geoClueIsPresent())) {
+        return makeGeoClueLocationManager(queue);
+    }
+    if (service.kind == automatic) return makePlatformLocationManager({undetermined}, queue);
     return std::make_unique<StandInLocationManager>(service, queue);
 }
 

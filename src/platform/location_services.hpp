@@ -85,11 +85,13 @@ class PlatformLocationManager {
 
 // The stand-in services a device can be set up with.
 struct LocationService {
-    enum class Kind { fixed, denied, undetermined, unavailable, silent };
+    // `automatic` is GeoClue where it is on the system bus, else `undetermined`.
+    enum class Kind { automatic, geoclue, fixed, denied, undetermined, unavailable, silent };
     Kind kind = Kind::undetermined;
     Location fix;  // the position of a fixed service
 
-    // "fixed:LAT,LNG", "denied", "undetermined", "unavailable" or "silent"; absent otherwise.
+    // "geoclue", "fixed:LAT,LNG", "denied", "undetermined", "unavailable" or "silent"; absent
+    // otherwise.
     static std::optional<LocationService> parse(std::string_view text);
     // "LAT,LNG" with latitude within ±90 and longitude within ±180.
     static std::optional<Location> parseCoordinates(std::string_view text);

@@ -1,7 +1,10 @@
 #include "platform/main_queue.hpp"
 
+#include <glib.h>
+
+#include <algorithm>
 #include <chrono>
-#include <thread>
+#include <cmath>
 
 #include "platform/device.hpp"
 
@@ -27,6 +30,18 @@ MainQueue::Block ScheduledBlocks::takeDue(double nowSeconds) {
     return block;
 }
 
+void runGLibEvents(double maxSeconds) {
+    // A timer bounds the wait; anything GLib delivers first ends it sooner.
+    const auto milliseconds = static_cast<guint>(std::ceil(std::max(maxSeconds, 0.0) * 1000));
+    GSource* timer = g_timeout_source_new(milliseconds);
+    g_source_set_callback(
+        timer, [](gpointer) -> gboolean { return G_SOURCE_REMOVE; }, nullptr, nullptr);
+    g_source_attach(timer, nullptr);
+    g_main_context_iteration(nullptr, TRUE);
+    g_source_destroy(timer);
+    g_source_unref(timer);
+}
+
 void EventLoopQueue::async(Block block) {
     blocks_.add(monotonicSeconds(), std::move(block));
 }
@@ -41,8 +56,7 @@ void EventLoopQueue::runUntil(const std::function<bool()>& done) {
             block();
             continue;
         }
-        std::this_thread::sleep_for(
-            std::chrono::duration<double>(std::min(0.05, blocks_.nextDue() - monotonicSeconds())));
+        runGLibEvents(std::min(0.05, blocks_.nextDue() - monotonicSeconds()));
     }
 }
 

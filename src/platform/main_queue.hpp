@@ -32,7 +32,8 @@ class ScheduledBlocks {
     unsigned long added_ = 0;
 };
 
-// The production queue: drained on the main thread in real time.
+// The production queue: drained on the main thread in real time, with GLib's default main
+// context run while it waits, so D-Bus answers and the queue's timers share one thread.
 class EventLoopQueue : public MainQueue {
   public:
     void async(Block block) override;
@@ -45,6 +46,10 @@ class EventLoopQueue : public MainQueue {
   private:
     ScheduledBlocks blocks_;
 };
+
+// Delivers what GLib's default main context has for this thread (D-Bus replies, for one),
+// waiting at most `maxSeconds` for something to arrive.
+void runGLibEvents(double maxSeconds);
 
 // The process's main queue.
 EventLoopQueue& mainQueue();

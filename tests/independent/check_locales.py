@@ -24,7 +24,9 @@ EXPECTED = {
 
 
 def run(lunoval, *arguments, home):
-    env = {"HOME": home, "TZ": "UTC", "LC_ALL": "C", "PATH": os.environ.get("PATH", "")}
+    # The caller's environment stays (sanitizer options, for one); the user's folders do not.
+    env = {name: value for name, value in os.environ.items() if not name.startswith("XDG_")}
+    env.update({"HOME": home, "TZ": "UTC", "LC_ALL": "C"})
     done = subprocess.run([lunoval, *arguments], capture_output=True, text=True, env=env,
                           timeout=120)
     if done.returncode != 0:

@@ -1,0 +1,118 @@
+"""The widget and the saved places against a real GeoClue daemon on a private bus.
+
+Usage: check_geoclue.py LUNOVAL
+
+Each scenario runs the command inside geoclue_sandbox.sh (a fresh bus, daemon, agent and fake
+GPS fix, all removed afterwards) in a fresh home.
+"""
+import json
+import os
+import plistlib
+import subprocess
+import sys
+import tempfile
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+SANDBOX = os.path.join(HERE, "geoclue_sandbox.sh")
+SYDNEY = ["--lat", "-33.8688", "--lng", "151.2093"]
+
+
+def run(command, sandbox=(), environment=None):
+    """(status, stdout, stderr, seconds) of `command`, inside the sandbox unless it is None."""
+    with tempfile.TemporaryDirectory(prefix="lunoval-geoclue-") as home:
+        env = {name: value for name, value in os.environ.items()
+               if not name.startswith(("XDG_", "DBUS_"))}
+        env.update({"HOME": home, "TZ": "UTC", "LC_ALL": "C", **(environment or {})})
+        argv = command if sandbox is None else [SANDBOX, *sandbox, "--", *command]
+        start = time.monotonic()
+        done = subprocess.run(argv, capture_output=True, text=True, env=env, timeout=60)
+        seconds = time.monotonic() - start
+        defaults = os.path.join(home, ".config/lunoval/group.com.orvane.lunoval.plist")
+        cache = {}
+        if os.path.exists(defaults):
+            with open(defaults, "rb") as file:
+                cache = plistlib.load(file)
+        return done.returncode, done.stdout, done.stderr, seconds, cache
+
+
+def timeline(lunoval, *options):
+    return [lunoval, "timeline", "--json", "--timezone", "Australia/Sydney", *options]
+
+
+def expect(condition, message):
+    if not condition:
+        raise AssertionError(message)
+
+
+def widget_data(stdout):
+    return json.loads(stdout)["widgetData"]
+
+
+def a_fix_reaches_the_widget_and_its_cache(lunoval):
+    for options in (["--location-service", "geoclue"], []):  # chosen, and by default
+        status, out, err, _, cache = run(timeline(lunoval, *options), SYDNEY)
+        expect(status == 0, f"timeline {options} exited {status}: {err}")
+        data = widget_data(out)
+        expect(abs(data["latitude"] + 33.8688) < 1e-6 and abs(data["longitude"] - 151.2093) < 1e-6,
+               f"widget at {data['latitude']}, {data['longitude']}")
+        expect(data["timezone"] == "Australia/Sydney" and data["locationName"] is None, str(data))
+        expect("App: 3, Widget: true" in err, "not authorized: " + err)
+        expect(abs(cache.get("WidgetLastLocationLat", 0) + 33.8688) < 1e-6, f"cache {cache}")
+
+
+def a_denied_app_gets_the_permission_record(lunoval):
+    status, out, err, _, _ = run(timeline(lunoval), ["--deny", "lunoval"])
+    expect(status == 0, err)
+    expect(widget_data(out)["needsLocationPermission"] is True, out)
+    expect("App: 2, Widget: false" in err, err)
+
+
+def without_geoclue_nothing_waits(lunoval):
+    status, out, err, seconds, _ = run(timeline(lunoval), ["--no-geoclue"])
+    expect(status == 0 and "App: 0, Widget: false" in err, err)
+    expect(widget_data(out)["needsLocationPermission"] is True, out)
+    no_bus = {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+    for options in ([], ["--location-service", "geoclue"]):
+        status, out, err, seconds, _ = run(timeline(lunoval, *options), None, no_bus)
+        expect(status == 0 and "App: 0, Widget: false" in err, err)
+        expect(seconds < 2, f"no system bus took {seconds:.1f} s")
+
+
+def an_agent_that_never_answers_meets_the_time_out(lunoval):
+    status, out, err, seconds, _ = run(timeline(lunoval), ["--no-agent"])
+    expect(status == 0, err)
+    expect("⏱️ Widget: Location fetch timed out" in err, err)
+    expect(8 <= seconds < 20, f"took {seconds:.1f} s")
+
+
+def the_device_update_prints_each_stage(lunoval):
+    status, out, err, _, cache = run(
+        [lunoval, "locations", "update", "--timezone", "Australia/Sydney"], SYDNEY)
+    expect(status == 0, f"update exited {status}: {out} {err}")
+    expect(out.startswith("BeginLocationUpdate\nLocationUpdated: true\n"), out)
+    expect(out.rstrip().endswith("Current Location  -33.8688, 151.2093  Australia/Sydney"), out)
+    expect(abs(cache.get("WidgetLastLocationLng", 0) - 151.2093) < 1e-6, f"cache {cache}")
+    status, out, _, _, _ = run([lunoval, "locations", "update"], ["--deny", "lunoval"])
+    expect(status == 1 and "LocationServicesPermissionDenied" in out, out)
+
+
+def main():
+    lunoval = os.path.abspath(sys.argv[1])
+    scenarios = [a_fix_reaches_the_widget_and_its_cache, a_denied_app_gets_the_permission_record,
+                 without_geoclue_nothing_waits, an_agent_that_never_answers_meets_the_time_out,
+                 the_device_update_prints_each_stage]
+    failures = 0
+    for scenario in scenarios:
+        try:
+            scenario(lunoval)
+            print(f"PASS {scenario.__name__}")
+        except (AssertionError, subprocess.TimeoutExpired, ValueError, KeyError) as error:
+            failures += 1
+            print(f"FAIL {scenario.__name__}: {error}")
+    print(f"{len(scenarios) - failures} passed, {failures} failed")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
