@@ -195,8 +195,10 @@ void LocationManager::loadFromSharedContainerFile() {
         if (!saved.is_object()) continue;
         const double latitude = numberIn(saved, "latitude");
         const double longitude = numberIn(saved, "longitude");
-        // A place on the equator or the prime meridian counts as never set.
+        // A place on the equator or the prime meridian counts as never set; one off the globe
+        // (a damaged file) is no place at all.
         if (latitude == 0 || longitude == 0) continue;
+        if (!(std::fabs(latitude) <= 90 && std::fabs(longitude) <= 180)) continue;
         GeoLocationData place;
         place.SetLocation(latitude, longitude, stringIn(saved, "location_name"),
                           stringIn(saved, "timezoneId"), 0, false);

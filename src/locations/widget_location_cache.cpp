@@ -1,5 +1,7 @@
 #include "locations/widget_location_cache.hpp"
 
+#include <cmath>
+
 #include "platform/device.hpp"
 #include "platform/log.hpp"
 #include "platform/number_text.hpp"
@@ -14,6 +16,16 @@ constexpr const char* kRequestTimestamp = "WidgetLastLocationRequestTimestamp";
 
 double nowSeconds() {
     return device::now().timeIntervalSince1970();
+}
+
+// A stored number, unless a damaged or hand-edited file holds something that is not one.
+std::optional<double> storedNumber(const UserDefaults& defaults, const char* key) {
+    const auto value = defaults.doubleForKey(key);
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+bool isOnTheGlobe(const Location& location) {
+    return std::fabs(location.latitude) <= 90 && std::fabs(location.longitude) <= 180;
 }
 }  // namespace
 
@@ -34,22 +46,22 @@ void markLocationRequest(const UserDefaults& defaults) {
 }
 
 bool shouldRequestLocation(const UserDefaults& defaults) {
-    const auto last = defaults.doubleForKey(kRequestTimestamp);
+    const auto last = storedNumber(defaults, kRequestTimestamp);
     return !last || nowSeconds() - *last >= kRequestThrottleSeconds;
 }
 
 std::optional<Location> cachedLocation(const UserDefaults& defaults,
                                        std::optional<Location> current) {
-    const auto timestamp = defaults.doubleForKey(kTimestamp);
-    if (!timestamp) {
+    const auto timestamp = storedNumber(defaults, kTimestamp);
+    const Location cached{defaults.doubleForKey(kLatitude).value_or(0),
+                          defaults.doubleForKey(kLongitude).value_or(0)};
+    if (!timestamp || !isOnTheGlobe(cached)) {
         if (current) {
             log::line("✅ Widget: No cache, using current location and saving it");
             saveLocationToCache(defaults, *current);
         }
         return current;
     }
-    const Location cached{defaults.doubleForKey(kLatitude).value_or(0),
-                          defaults.doubleForKey(kLongitude).value_or(0)};
     const double age = nowSeconds() - *timestamp;
     if (!(age < kMaximumAgeSeconds)) {
         log::line("⚠️ Widget: Cached location is too old (" + doubleDescription(age / 3600) +

@@ -5,7 +5,9 @@
 #include <unistd.h>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <system_error>
@@ -31,8 +33,31 @@ namespace {
 
 }  // namespace
 
+namespace {
+
+constexpr std::string_view kTemporaryInfix = ".tmp-";
+
+// Temporary files of writers that were killed before their rename: their process is gone.
+void removeAbandonedTemporaries(const fs::path& path) {
+    const auto prefix = path.filename().string() + std::string(kTemporaryInfix);
+    std::error_code error;
+    const auto folder = path.parent_path().empty() ? fs::path(".") : path.parent_path();
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        const auto name = entry.path().filename().string();
+        if (!name.starts_with(prefix)) continue;
+        const auto pid = std::strtol(name.c_str() + prefix.size(), nullptr, 10);
+        if (pid > 0 && ::kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH) {
+            fs::remove(entry.path(), error);
+        }
+    }
+}
+
+}  // namespace
+
 void writeFileAtomically(const fs::path& path, std::string_view content) {
-    const fs::path temporary = path.string() + ".tmp-" + std::to_string(::getpid());
+    removeAbandonedTemporaries(path);
+    const fs::path temporary =
+        path.string() + std::string(kTemporaryInfix) + std::to_string(::getpid());
     std::FILE* file = std::fopen(temporary.c_str(), "wb");
     if (file == nullptr) fail(path, errno);
     const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size() &&

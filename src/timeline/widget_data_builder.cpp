@@ -1,5 +1,7 @@
 #include "timeline/widget_data_builder.hpp"
 
+#include <cmath>
+
 #include "astro/moon_position.hpp"
 #include "astro/sun_times.hpp"
 #include "eclipse/eclipse_parser.hpp"
@@ -55,13 +57,19 @@ void fillNextPhase(MoonWidgetData& record, Date date, const TimeZone& zone,
     record.nextPhaseTime = nextPhaseText(next->daysUntil);
 }
 
+// A place on the globe at a finite instant; anything else has no sky to describe.
+bool isDescribable(const MoonWidgetData& record, Date date) {
+    return std::fabs(record.latitude) <= 90 && std::fabs(record.longitude) <= 180 &&
+           std::isfinite(date.timeIntervalSince1970());
+}
+
 }  // namespace
 
 void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional<Date> tiltDate,
           const AstronomySources& sources) {
     record.selectedTime = date;
     const auto zone = TimeZone::named(record.timezone);
-    if (!zone) return;
+    if (!zone || !isDescribable(record, date)) return;
     const double latitude = record.latitude;
     const double longitude = record.longitude;
 

@@ -24,7 +24,8 @@ struct AstronomySources {
 };
 
 // Runs the astronomy for `date` at the record's place, counting local days in the record's
-// zone. An unknown zone leaves every field but `selectedTime` as it was.
+// zone. An unknown zone, a place off the globe (or not a number) or an instant that is not
+// finite leaves every field but `selectedTime` as it was.
 void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional<Date> tiltDate,
           const AstronomySources& sources = AstronomySources::shared());
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include "temp_folder.hpp"
@@ -180,7 +181,8 @@ TEST_F(SavedPlaces, LoadingSkipsUnsetPlacesAndASelectionBeyondTheList) {
     };
     defaults_.setObjects(
         {{"locations",
-          {place(0, 5, "equator"), place(5, 0, "meridian"), place(-33.87, 151.21, "Sydney")}},
+          {place(0, 5, "equator"), place(5, 0, "meridian"), place(std::nan(""), 5, "damaged"),
+           place(5, 1e300, "off the globe"), place(-33.87, 151.21, "Sydney")}},
          {"selectedIndex", 2}});
     auto& list = manager();
     list.loadFromSharedContainerFile();

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include "temp_folder.hpp"
 
@@ -72,6 +73,20 @@ TEST_F(WidgetLocation, ACacheIsYoungUpToADay) {
     EXPECT_FALSE(widgetcache::cachedLocation(defaults(), std::nullopt));
     EXPECT_EQ(::testing::internal::GetCapturedStdout(),
               "⚠️ Widget: Cached location is too old (24.0 hours)\n");
+}
+
+TEST_F(WidgetLocation, NumbersADamagedFileHoldsAreNoCacheAndNoThrottle) {
+    for (const double bad : {std::nan(""), HUGE_VAL, 1e300}) {
+        cacheAt(kParis, 60);
+        defaults().setDouble("WidgetLastLocationLat", bad);
+        defaults().setDouble("WidgetLastLocationRequestTimestamp", std::nan(""));
+        EXPECT_FALSE(widgetcache::cachedLocation(defaults(), std::nullopt)) << bad;
+        EXPECT_TRUE(widgetcache::shouldRequestLocation(defaults())) << bad;
+        if (std::isfinite(bad)) continue;  // a far-future stamp is merely young, as on a phone
+        cacheAt(kParis, 60);
+        defaults().setDouble("WidgetLastLocationTimestamp", bad);
+        EXPECT_FALSE(widgetcache::cachedLocation(defaults(), std::nullopt)) << bad;
+    }
 }
 
 TEST_F(WidgetLocation, OnlyAMoveOfMoreThanFiftyKilometresReplacesTheCache) {
