@@ -24,7 +24,9 @@ std::optional<double> parseFiniteNumber(const std::string& text) {
 
 // GCC 12 sees a false "may be used uninitialized" deep inside date::parse.
 #pragma GCC diagnostic push
+#if !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 std::optional<Date> parseIso8601(std::string text) {
     if (text.ends_with('Z') || text.ends_with('z')) text.replace(text.size() - 1, 1, "+00:00");
     for (const char* format : {"%FT%T%Ez", "%FT%R%Ez", "%FT%T%z", "%FT%R%z"}) {

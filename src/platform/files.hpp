@@ -11,7 +11,8 @@ namespace lunoval {
 std::optional<std::string> readWholeFile(const std::filesystem::path& path);
 
 // Writes a sibling temporary file and renames it over `path`, so readers see the old content
-// or the new, never a part; temporary files left by writers that died are removed. Throws std::system_error naming the file on failure.
+// or the new, never a part; temporary files left by writers that died are removed. Throws
+// std::system_error naming the file on failure.
 void writeFileAtomically(const std::filesystem::path& path, std::string_view content);
 
 // An advisory lock on the sibling file "<name>.lock", held for the object's life; the file

@@ -13,11 +13,7 @@ namespace {
 
 std::optional<std::string> stringValue(plist_t node) {
     if (plist_get_node_type(node) != PLIST_STRING) return std::nullopt;
-    char* raw = nullptr;
-    plist_get_string_val(node, &raw);
-    const CString text(raw);
-    if (!text) return std::nullopt;
-    return std::string(text.get());
+    return stringOf(node);
 }
 
 std::optional<std::vector<std::string>> stringArray(plist_t node) {

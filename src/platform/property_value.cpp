@@ -12,21 +12,11 @@ namespace {
 // Property-list dates count from 2001-01-01 UTC.
 constexpr double kSecondsFrom1970To2001 = 978307200;
 
-std::string stringOf(plist_t node) {
-    char* raw = nullptr;
-    plist_get_string_val(node, &raw);
-    const plist::CString text(raw);
-    return text ? std::string(text.get()) : std::string{};
-}
-
 PropertyValue dataOf(plist_t node) {
-    char* raw = nullptr;
     uint64_t length = 0;
-    plist_get_data_val(node, &raw, &length);
-    const plist::CString bytes(raw);
-    const auto* begin = reinterpret_cast<const std::uint8_t*>(bytes.get());
-    return PropertyValue::binary(bytes ? std::vector<std::uint8_t>(begin, begin + length)
-                                       : std::vector<std::uint8_t>{});
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(plist_get_data_ptr(node, &length));
+    return PropertyValue::binary(bytes != nullptr ? std::vector<std::uint8_t>(bytes, bytes + length)
+                                                  : std::vector<std::uint8_t>{});
 }
 
 PropertyValue dictionaryOf(plist_t node) {
@@ -78,7 +68,7 @@ PropertyValue propertyValue(plist_t node) {
             return kSecondsFrom1970To2001 + seconds + micros / 1e6;
         }
         case PLIST_STRING:
-            return stringOf(node);
+            return plist::stringOf(node);
         case PLIST_DATA:
             return dataOf(node);
         case PLIST_ARRAY:

@@ -36,16 +36,10 @@ std::string serialized(plist_t root) {
 
 std::optional<std::string> bytesOf(plist_t node, plist_type type) {
     if (plist_get_node_type(node) != type) return std::nullopt;
-    char* raw = nullptr;
+    if (type == PLIST_STRING) return plist::stringOf(node);
     uint64_t length = 0;
-    if (type == PLIST_STRING) {
-        plist_get_string_val(node, &raw);
-    } else {
-        plist_get_data_val(node, &raw, &length);
-    }
-    const plist::CString owned(raw);
-    if (!owned) return type == PLIST_DATA ? std::optional<std::string>("") : std::nullopt;
-    return type == PLIST_STRING ? std::string(owned.get()) : std::string(owned.get(), length);
+    const char* bytes = plist_get_data_ptr(node, &length);
+    return bytes != nullptr ? std::string(bytes, length) : std::string{};
 }
 
 }  // namespace

@@ -46,6 +46,18 @@ TEST_F(UserDefaultsFile, KeepsEachTypeAndAnswersOnlyForIt) {
     EXPECT_EQ(other.doubleForKey("WidgetLastLocationLat"), 48.8566);
 }
 
+TEST_F(UserDefaultsFile, AStringHoldingANulCharacterReadsWithoutAborting) {
+    // libplist's copying accessor aborts the process on such a string.
+    std::ofstream(folder_ / "group.plist")
+        << "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>name</key><string>a" << '\0'
+        << "b</string></dict></plist>";
+    // What follows the NUL is the library's to keep; the read must neither abort nor cut.
+    const auto text = defaults().stringForKey("name");
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->size(), 3U);
+    EXPECT_EQ(defaults().objectForKey("name"), *text);
+}
+
 TEST_F(UserDefaultsFile, TwoProcessesWritingAtOnceLoseNothing) {
     constexpr int kWritesEach = 150;
     std::vector<pid_t> writers;

@@ -1,0 +1,25 @@
+// The host app's "widgetData" document, decoded and then drawn into a record.
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "timeline/moon_widget_data.hpp"
+#include "timeline/widget_data_builder.hpp"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto now = lunoval::Date::fromTimeIntervalSince1970(1760000000);
+    auto record =
+        lunoval::decodeWidgetData(std::string_view(reinterpret_cast<const char*>(data), size), now);
+    if (record) {
+        const lunoval::AstronomySources none{
+            .phaseTable = [](int, int) { return std::vector<lunoval::MoonPhaseEvent>{}; },
+            .nextPhase =
+                [](lunoval::Date, const lunoval::TimeZone&) {
+                    return std::optional<lunoval::NextPhase>{};
+                },
+            .eclipseInfo = [](lunoval::Date, const lunoval::TimeZone&, double,
+                              double) { return std::shared_ptr<const lunoval::EclipseEvent>{}; }};
+        lunoval::fill(*record, now, true, now, none);
+    }
+    return 0;
+}
