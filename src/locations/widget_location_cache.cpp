@@ -18,9 +18,15 @@ double nowSeconds() {
     return device::now().timeIntervalSince1970();
 }
 
+std::optional<double> number(const PropertyValue& stored, const char* key) {
+    const auto found = stored.find(key);
+    if (found == stored.end() || !found->is_number()) return std::nullopt;
+    return found->get<double>();
+}
+
 // A stored number, unless a damaged or hand-edited file holds something that is not one.
-std::optional<double> storedNumber(const UserDefaults& defaults, const char* key) {
-    const auto value = defaults.doubleForKey(key);
+std::optional<double> storedNumber(const PropertyValue& stored, const char* key) {
+    const auto value = number(stored, key);
     return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
@@ -35,10 +41,11 @@ UserDefaults appGroupDefaults() {
 
 namespace widgetcache {
 
+// One write, so a reader never pairs one fix's latitude with another's longitude.
 void saveLocationToCache(const UserDefaults& defaults, const Location& location) {
-    defaults.setDouble(kLatitude, location.latitude);
-    defaults.setDouble(kLongitude, location.longitude);
-    defaults.setDouble(kTimestamp, nowSeconds());
+    defaults.setObjects({{kLatitude, location.latitude},
+                         {kLongitude, location.longitude},
+                         {kTimestamp, nowSeconds()}});
 }
 
 void markLocationRequest(const UserDefaults& defaults) {
@@ -46,15 +53,16 @@ void markLocationRequest(const UserDefaults& defaults) {
 }
 
 bool shouldRequestLocation(const UserDefaults& defaults) {
-    const auto last = storedNumber(defaults, kRequestTimestamp);
+    const auto last = storedNumber(defaults.dictionaryRepresentation(), kRequestTimestamp);
     return !last || nowSeconds() - *last >= kRequestThrottleSeconds;
 }
 
 std::optional<Location> cachedLocation(const UserDefaults& defaults,
                                        std::optional<Location> current) {
-    const auto timestamp = storedNumber(defaults, kTimestamp);
-    const Location cached{defaults.doubleForKey(kLatitude).value_or(0),
-                          defaults.doubleForKey(kLongitude).value_or(0)};
+    const auto stored = defaults.dictionaryRepresentation();
+    const auto timestamp = storedNumber(stored, kTimestamp);
+    const Location cached{number(stored, kLatitude).value_or(0),
+                          number(stored, kLongitude).value_or(0)};
     if (!timestamp || !isOnTheGlobe(cached)) {
         if (current) {
             log::line("✅ Widget: No cache, using current location and saving it");

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -52,12 +53,18 @@ void removeAbandonedTemporaries(const fs::path& path) {
     }
 }
 
+// Unique per write: threads of one process may write the same file at once.
+fs::path temporaryBeside(const fs::path& path) {
+    static std::atomic<unsigned long> writes{0};
+    return path.string() + std::string(kTemporaryInfix) + std::to_string(::getpid()) + "-" +
+           std::to_string(writes++);
+}
+
 }  // namespace
 
 void writeFileAtomically(const fs::path& path, std::string_view content) {
     removeAbandonedTemporaries(path);
-    const fs::path temporary =
-        path.string() + std::string(kTemporaryInfix) + std::to_string(::getpid());
+    const fs::path temporary = temporaryBeside(path);
     std::FILE* file = std::fopen(temporary.c_str(), "wb");
     if (file == nullptr) fail(path, errno);
     const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size() &&

@@ -42,21 +42,43 @@ void runGLibEvents(double maxSeconds) {
     g_source_unref(timer);
 }
 
+// GLib's default context is made here, on the thread that drains the queue, before any other
+// thread can wake it.
+EventLoopQueue::EventLoopQueue() {
+    g_main_context_default();
+}
+
 void EventLoopQueue::async(Block block) {
-    blocks_.add(monotonicSeconds(), std::move(block));
+    asyncAfter(0, std::move(block));
 }
 
 void EventLoopQueue::asyncAfter(double seconds, Block block) {
-    blocks_.add(monotonicSeconds() + seconds, std::move(block));
+    {
+        const std::scoped_lock lock(mutex_);
+        blocks_.add(monotonicSeconds() + seconds, std::move(block));
+    }
+    // Ends a wait in GLib's loop on the main thread, so a block added elsewhere runs now.
+    g_main_context_wakeup(nullptr);
+}
+
+std::pair<MainQueue::Block, std::optional<double>> EventLoopQueue::next() {
+    const std::scoped_lock lock(mutex_);
+    const double now = monotonicSeconds();
+    if (auto block = blocks_.takeDue(now)) return {std::move(block), 0.0};
+    if (blocks_.empty()) return {nullptr, std::nullopt};
+    return {nullptr, blocks_.nextDue() - now};
 }
 
 void EventLoopQueue::runUntil(const std::function<bool()>& done) {
-    while (!done() && !blocks_.empty()) {
-        if (auto block = blocks_.takeDue(monotonicSeconds())) {
+    while (!done()) {
+        auto [block, wait] = next();
+        if (block) {
             block();
-            continue;
+        } else if (wait) {
+            runGLibEvents(std::min(0.05, *wait));
+        } else {
+            return;
         }
-        runGLibEvents(std::min(0.05, blocks_.nextDue() - monotonicSeconds()));
     }
 }
 
@@ -66,7 +88,7 @@ EventLoopQueue& mainQueue() {
 }
 
 void EventLoopQueue::runDue() {
-    while (auto block = blocks_.takeDue(monotonicSeconds())) block();
+    while (auto block = next().first) block();
 }
 
 ManualQueue::ManualQueue(Date start) : now_(start) {

@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <map>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 #include "platform/date.hpp"
@@ -33,9 +35,11 @@ class ScheduledBlocks {
 };
 
 // The production queue: drained on the main thread in real time, with GLib's default main
-// context run while it waits, so D-Bus answers and the queue's timers share one thread.
+// context run while it waits, so D-Bus answers and the queue's timers share one thread. Any
+// thread may add blocks, as the host's tasks do.
 class EventLoopQueue : public MainQueue {
   public:
+    EventLoopQueue();
     void async(Block block) override;
     void asyncAfter(double seconds, Block block) override;
     // Runs blocks as they fall due until `done` holds or nothing is left to run.
@@ -44,6 +48,10 @@ class EventLoopQueue : public MainQueue {
     void runDue();
 
   private:
+    // The block due now, else how long until the next one (absent when none is left).
+    std::pair<Block, std::optional<double>> next();
+
+    std::mutex mutex_;
     ScheduledBlocks blocks_;
 };
 

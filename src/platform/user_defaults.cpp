@@ -103,6 +103,15 @@ std::optional<PropertyValue> UserDefaults::objectForKey(std::string_view key) co
         key, [](plist_t node) -> std::optional<PropertyValue> { return propertyValue(node); });
 }
 
+PropertyValue UserDefaults::dictionaryRepresentation() const {
+    plist::Node root;
+    {
+        const FileLock lock(file_, FileLock::Mode::shared);
+        root = loadDictionary(file_);
+    }
+    return root ? propertyValue(root.get()) : PropertyValue::object();
+}
+
 void UserDefaults::setObjects(const PropertyValue& entries) const {
     std::vector<std::pair<std::string, plist::Node>> nodes;
     for (const auto& [key, value] : entries.items()) nodes.emplace_back(key, propertyNode(value));

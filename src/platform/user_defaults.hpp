@@ -34,6 +34,8 @@ class UserDefaults {
     [[nodiscard]] std::optional<std::string> stringForKey(std::string_view key) const;
     [[nodiscard]] std::optional<std::string> dataForKey(std::string_view key) const;
     [[nodiscard]] std::optional<PropertyValue> objectForKey(std::string_view key) const;
+    // Every key at one moment: values read together come from the same write.
+    [[nodiscard]] PropertyValue dictionaryRepresentation() const;
     // The file is there but is not a property-list dictionary.
     [[nodiscard]] bool isCorrupt() const;
 

@@ -42,7 +42,7 @@ json eclipseJson(const std::shared_ptr<const EclipseEvent>& eclipse) {
                 {"title", eclipse->title},
                 {"datetime", eclipse->datetime.timeIntervalSince1970()},
                 {"isLunarEvent", eclipse->isLunarEvent},
-                {"isVisible", eclipse->isVisible}};
+                {"isVisible", static_cast<bool>(eclipse->isVisible)}};
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <date/date.h>
 #include <algorithm>
+#include <mutex>
 #include <vector>
 
 #include "locations/widget_location_cache.hpp"
@@ -26,17 +27,32 @@ struct PendingTimeline {
 };
 
 // Holds each fetch's manager until the fetch ends. One that answers late without a location
-// never ends, so its manager stays for the rest of the process.
-std::vector<std::shared_ptr<PendingTimeline>>& fetchesInFlight() {
-    static std::vector<std::shared_ptr<PendingTimeline>> fetches;
+// never ends, so its manager stays for the rest of the process. Requests come from the host's
+// tasks on any thread; fetches end on the main queue.
+class FetchesInFlight {
+  public:
+    void add(std::shared_ptr<PendingTimeline> fetch) {
+        const std::scoped_lock lock(mutex_);
+        fetches_.push_back(std::move(fetch));
+    }
+    void remove(const PendingTimeline* fetch) {
+        const std::scoped_lock lock(mutex_);
+        std::erase_if(fetches_, [fetch](const auto& f) { return f.get() == fetch; });
+    }
+
+  private:
+    std::mutex mutex_;
+    std::vector<std::shared_ptr<PendingTimeline>> fetches_;
+};
+
+FetchesInFlight& fetchesInFlight() {
+    static FetchesInFlight fetches;
     return fetches;
 }
 
 // Released on the next turn of the queue: the manager's own callback is still running now.
 void endFetch(MainQueue& queue, const PendingTimeline* fetch) {
-    queue.async([fetch] {
-        std::erase_if(fetchesInFlight(), [fetch](const auto& f) { return f.get() == fetch; });
-    });
+    queue.async([fetch] { fetchesInFlight().remove(fetch); });
 }
 
 }  // namespace
@@ -91,7 +107,7 @@ void MoonWidgetTimelineProvider::timeline(
                   standardDescription(start.addingTimeInterval(kRetrySeconds)));
         completion({.entries = {std::move(entry)}, .policy = widgetkit::ReloadPolicy::atEnd});
     };
-    fetchesInFlight().push_back(pending);
+    fetchesInFlight().add(pending);
 
     // The closures outlive this call and may outlive the provider: they hold copies.
     queue_.asyncAfter(kLocationTimeoutSeconds, [defaults = defaults_, pending] {
