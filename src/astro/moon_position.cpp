@@ -13,14 +13,9 @@ namespace {
 constexpr double kRiseSetAltitudeOffset = -0.0023212879051524586;
 constexpr double kSecondsPerHour = 3600.0;
 
-struct RiseSet {
-    std::optional<Date> rise;
-    std::optional<Date> set;
-};
-
 // Samples the altitude hourly and fits a parabola through each three samples; a later crossing
 // overwrites an earlier one, and the search ends once both are known.
-RiseSet searchRiseSet(Date start, double lw, double phi) {
+MoonRiseSet searchRiseSet(Date start, double lw, double phi) {
     const auto altitudeAt = [&](int hour) {
         return moonAltitudeRadians(start.addingTimeInterval(hour * kSecondsPerHour), lw, phi) +
                kRiseSetAltitudeOffset;
@@ -29,7 +24,7 @@ RiseSet searchRiseSet(Date start, double lw, double phi) {
         return start.addingTimeInterval((hour + x) * kSecondsPerHour);
     };
 
-    RiseSet found;
+    MoonRiseSet found;
     double h0 = moonAltitudeRadians(start, lw, phi) + kRiseSetAltitudeOffset;
     for (int i = 1; i <= 24; i += 2) {
         const double h1 = altitudeAt(i);
@@ -78,11 +73,15 @@ HorizontalPosition moonPosition(Date date, double latitude, double longitude) {
     return {.altitude = degrees(h), .azimuth = degrees(azimuth) + 180};
 }
 
+MoonRiseSet moonRiseAndSet(Date date, const TimeZone& zone, double latitude, double longitude) {
+    const auto start = Calendar(zone).startOfDay(date);
+    if (!start) return {};
+    return searchRiseSet(*start, radians(-longitude), radians(latitude));
+}
+
 std::optional<Date> moonRiseSet(Date date, const TimeZone& zone, bool wantRise, double latitude,
                                 double longitude) {
-    const auto start = Calendar(zone).startOfDay(date);
-    if (!start) return std::nullopt;
-    const auto found = searchRiseSet(*start, radians(-longitude), radians(latitude));
+    const auto found = moonRiseAndSet(date, zone, latitude, longitude);
     return wantRise ? found.rise : found.set;
 }
 

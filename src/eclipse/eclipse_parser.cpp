@@ -1,6 +1,7 @@
 #include "eclipse/eclipse_parser.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <mutex>
 #include <string>
 
@@ -87,11 +88,17 @@ std::shared_ptr<const EclipseEvent> EclipseParser::eclipseInfo(Date date, const 
     if (!table) table = loadEvents();
     if (!table) return nullptr;
 
+    if (!std::isfinite(date.timeIntervalSince1970())) return nullptr;
+    // Only events within a few days can share the local day, even across a zone's day-long
+    // jump; the table is in time order, so the first match is still the earliest.
+    constexpr double kWindowSeconds = 3 * 86400.0;
+    const auto first = table->lower_bound(date.addingTimeInterval(-kWindowSeconds));
+    const auto last = table->upper_bound(date.addingTimeInterval(kWindowSeconds));
     const Calendar calendar(zone);
-    const auto found = std::find_if(table->begin(), table->end(), [&](const auto& entry) {
+    const auto found = std::find_if(first, last, [&](const auto& entry) {
         return calendar.isDateInSameDay(entry.first, date);
     });
-    if (found == table->end()) return nullptr;
+    if (found == last) return nullptr;
     EclipseEvent& event = *found->second;
     event.isVisible = !latitude || !longitude || isVisibleFrom(event, zone, *latitude, *longitude);
     return found->second;

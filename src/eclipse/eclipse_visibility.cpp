@@ -15,8 +15,7 @@ bool isWithin(Date instant, Date from, Date to) {
 bool moonIsUp(Date instant, const Calendar& calendar, Date dayStart, double latitude,
               double longitude) {
     const auto& zone = calendar.timeZone();
-    const auto rise = Solar::moonRiseSet(dayStart, zone, true, latitude, longitude);
-    const auto set = Solar::moonRiseSet(dayStart, zone, false, latitude, longitude);
+    const auto [rise, set] = Solar::moonRiseAndSet(dayStart, zone, latitude, longitude);
     if (!rise || !set) return false;
     if (*rise <= *set) return isWithin(instant, *rise, *set);
     // Set in the morning, risen again in the evening: up at either end of the day.

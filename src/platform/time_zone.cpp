@@ -4,16 +4,32 @@
 #include <cmath>
 #include <cstdlib>
 #include <exception>
+#include <map>
+#include <string>
 
 #include "platform/instant_range.hpp"
 #include "platform/zone_rule.hpp"
 
 namespace lunoval {
 
+namespace {
+
+// Zone files do not change under a running process: each thread reads a zone's rule once.
+std::shared_ptr<const ZoneRule> futureRuleOf(std::string_view identifier) {
+    thread_local std::map<std::string, std::shared_ptr<const ZoneRule>, std::less<>> rules;
+    auto found = rules.find(identifier);
+    if (found == rules.end()) {
+        found = rules.emplace(identifier, ZoneRule::forZone(identifier)).first;
+    }
+    return found->second;
+}
+
+}  // namespace
+
 std::optional<TimeZone> TimeZone::named(std::string_view identifier) {
     try {
         const auto* zone = date::locate_zone(identifier);
-        return TimeZone(zone, std::string(identifier), ZoneRule::forZone(identifier));
+        return TimeZone(zone, std::string(identifier), futureRuleOf(identifier));
     } catch (const std::exception&) {
         return std::nullopt;
     }

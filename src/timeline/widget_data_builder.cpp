@@ -73,8 +73,9 @@ void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional
     const double latitude = record.latitude;
     const double longitude = record.longitude;
 
-    record.moonrise = Solar::moonRiseSet(date, *zone, true, latitude, longitude);
-    record.moonset = Solar::moonRiseSet(date, *zone, false, latitude, longitude);
+    const auto moonTimes = Solar::moonRiseAndSet(date, *zone, latitude, longitude);
+    record.moonrise = moonTimes.rise;
+    record.moonset = moonTimes.set;
     const auto position = Solar::moonPosition(date, latitude, longitude);
     record.moonAzimuth = position.azimuth;
     record.moonAltitude = position.altitude;

@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <date/date.h>
+#include <algorithm>
+
 #include "astro/moon_position.hpp"
 #include "astro/sun_times.hpp"
 #include "eclipse/catalogue_fixture.hpp"
 #include "eclipse/eclipse_parser.hpp"
 #include "eclipse/eclipse_visibility.hpp"
+#include "platform/calendar.hpp"
 
 namespace lunoval {
 namespace {
@@ -67,6 +71,32 @@ TEST_F(Catalogue, TakesTheEarliestEclipseOfTheEntrysOwnLocalDay) {
     for (const auto& [entry, key] : cases) {
         const auto event = catalogue.eclipseInfo(entry, newYork, {}, {});
         EXPECT_EQ(event ? std::optional(event->key) : std::nullopt, key);
+    }
+}
+
+TEST_F(Catalogue, FindsWhatAScanOfTheWholeTableFindsAcrossSkippedDays) {
+    // An event every 7 hours around the day Samoa skipped (30 December 2011).
+    std::string lines;
+    for (int hour = 0; hour < 10 * 24; hour += 7) {
+        const auto instant = utc(2011, 12, 26).addingTimeInterval(hour * 3600.0);
+        lines +=
+            date::format("%m/%d/%Y %H:%M",
+                         date::floor<std::chrono::seconds>(date::sys_time(instant.sinceEpoch))) +
+            ",TLE\n";
+    }
+    write(lines);
+    auto catalogue = parser();
+    const auto table = catalogue.parse();
+    for (const char* name : {"Pacific/Apia", "Pacific/Kiritimati", "America/St_Johns", "UTC"}) {
+        const Calendar calendar(zone(name));
+        for (int hour = 0; hour < 14 * 24; hour += 5) {
+            const auto entry = utc(2011, 12, 24).addingTimeInterval(hour * 3600.0);
+            const auto scanned = std::find_if(table->begin(), table->end(), [&](const auto& e) {
+                return calendar.isDateInSameDay(e.first, entry);
+            });
+            const auto found = catalogue.eclipseInfo(entry, zone(name), {}, {});
+            EXPECT_EQ(found, scanned == table->end() ? nullptr : scanned->second) << name << hour;
+        }
     }
 }
 
