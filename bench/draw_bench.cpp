@@ -2,6 +2,10 @@
 #include <cairo.h>
 #include <malloc.h>
 
+#include <algorithm>
+
+#include "app/widget_renderer.hpp"
+#include "timeline/widget_data_builder.hpp"
 #include "ui/painter.hpp"
 #include "ui/pango_text_measurer.hpp"
 #include "views/moon_elevation_chart.hpp"
@@ -60,5 +64,41 @@ void elevationChart(benchmark::State& state) {
     layOutAndPaint(state, chart.body(), {200, 100});
 }
 BENCHMARK(elevationChart)->Repetitions(9)->ReportAggregatesOnly(true);
+
+// The first widget of the bundle that offers the family, showing a filled Paris record; laid
+// out, painted and encoded as PNG at scale 3, as `render` does once the provider has answered.
+void widgetFamily(benchmark::State& state, widgetkit::WidgetFamily family) {
+    const auto now = Date::fromTimeIntervalSince1970(1760000000);
+    MoonWidgetData record{.latitude = 48.8566, .longitude = 2.3522, .timezone = "Europe/Paris"};
+    fill(record, now, true, now);
+    const MoonWidgetEntry entry{.date = now, .widgetData = record};
+    const auto widgets = LunovalWidgetBundle::body();
+    const auto& widget = *std::find_if(widgets.begin(), widgets.end(),
+                                       [family](const auto& w) { return w.supports(family); });
+    const ui::PangoTextMeasurer measurer;
+    for (auto _ : state) {
+        const auto rendered = renderWidget(widget, family, entry, {}, measurer);
+        benchmark::DoNotOptimize(
+            ui::encodeImage(rendered.list, rendered.environment, ui::ImageFormat::png));
+    }
+}
+BENCHMARK_CAPTURE(widgetFamily, systemSmall, widgetkit::WidgetFamily::systemSmall)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+BENCHMARK_CAPTURE(widgetFamily, systemMedium, widgetkit::WidgetFamily::systemMedium)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+BENCHMARK_CAPTURE(widgetFamily, systemLarge, widgetkit::WidgetFamily::systemLarge)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+BENCHMARK_CAPTURE(widgetFamily, accessoryCircular, widgetkit::WidgetFamily::accessoryCircular)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+BENCHMARK_CAPTURE(widgetFamily, accessoryRectangular, widgetkit::WidgetFamily::accessoryRectangular)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+BENCHMARK_CAPTURE(widgetFamily, accessoryInline, widgetkit::WidgetFamily::accessoryInline)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
 
 }  // namespace

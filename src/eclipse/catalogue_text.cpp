@@ -1,5 +1,8 @@
 #include "eclipse/catalogue_text.hpp"
 
+#include <date/date.h>
+#include <charconv>
+
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
@@ -82,6 +85,40 @@ std::string_view trimWhitespace(std::string_view text) {
 
 std::string_view trimWhitespaceAndNewlines(std::string_view text) {
     return trim(text, isWhitespaceOrNewline);
+}
+
+namespace {
+
+// The unsigned decimal number filling `text` exactly.
+std::optional<unsigned> digits(std::string_view text) {
+    unsigned value = 0;
+    const auto* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc() && stop == end ? std::optional(value) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Date> fullyWrittenDate(std::string_view text) {
+    if (text.size() != 16 || text[2] != '/' || text[5] != '/' || text[10] != ' ' ||
+        text[13] != ':') {
+        return std::nullopt;
+    }
+    const auto month = digits(text.substr(0, 2));
+    const auto day = digits(text.substr(3, 2));
+    const auto year = digits(text.substr(6, 4));
+    const auto hour = digits(text.substr(11, 2));
+    const auto minute = digits(text.substr(14, 2));
+    if (!month || !day || !year || !hour || !minute || *year < 1600 || *hour > 23 || *minute > 59) {
+        return std::nullopt;
+    }
+    const date::year_month_day calendarDay{date::year(static_cast<int>(*year)), date::month(*month),
+                                           date::day(*day)};
+    if (!calendarDay.ok()) return std::nullopt;
+    const auto instant =
+        date::sys_days(calendarDay) + std::chrono::hours(*hour) + std::chrono::minutes(*minute);
+    return Date::fromTimeIntervalSince1970(
+        std::chrono::duration<double>(instant.time_since_epoch()).count());
 }
 
 }  // namespace lunoval

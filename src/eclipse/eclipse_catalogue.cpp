@@ -32,9 +32,22 @@ std::optional<Fields> splitFields(std::string_view line) {
     return Fields{trimWhitespace(line.substr(0, comma)), trimWhitespace(line.substr(comma + 1))};
 }
 
+// Reads the catalogue's dates; the formatter is made only for a date not written out in full.
+class CatalogueDates {
+  public:
+    std::optional<Date> parse(std::string_view text) {
+        if (auto date = fullyWrittenDate(text)) return date;
+        if (!formatter_) formatter_.emplace("MM/dd/yyyy HH:mm");
+        return formatter_->parse(text);
+    }
+
+  private:
+    std::optional<UTCDateParser> formatter_;
+};
+
 // The instant of a date text within the tabulated years; absent after its warning.
 std::optional<Date> checkedDate(std::string_view text, const std::string& number,
-                                const UTCDateParser& dates, const Calendar& calendar) {
+                                CatalogueDates& dates, const Calendar& calendar) {
     if (text.empty()) {
         warn("Empty date string at line " + number);
         return std::nullopt;
@@ -54,7 +67,7 @@ std::optional<Date> checkedDate(std::string_view text, const std::string& number
 }
 
 void addDataLine(EclipseTable& table, std::string_view line, const std::string& number,
-                 const UTCDateParser& dates, const Calendar& calendar) {
+                 CatalogueDates& dates, const Calendar& calendar) {
     const auto fields = splitFields(line);
     if (!fields) return warn("Invalid entry at line " + number + ": " + std::string(line));
     const auto [dateText, key] = *fields;
@@ -77,7 +90,7 @@ void addDataLine(EclipseTable& table, std::string_view line, const std::string& 
 }  // namespace
 
 EclipseTable parseCatalogue(std::string_view text, const TimeZone& yearZone) {
-    const UTCDateParser dates("MM/dd/yyyy HH:mm");
+    CatalogueDates dates;
     const Calendar calendar(yearZone);
     EclipseTable table;
     const auto lines = splitLines(text);

@@ -10,6 +10,7 @@
 
 #include "platform/files.hpp"
 #include "ui/painter.hpp"
+#include "ui/png_writer.hpp"
 
 namespace lunoval::ui {
 
@@ -60,9 +61,7 @@ std::string encodePng(const DisplayList& list, const Environment& environment) {
                                                            pixelCount(list.size.height, scale)));
     check(cairo_surface_status(surface.get()), "create the image");
     draw(surface.get(), list, environment, scale);
-    std::string bytes;
-    check(cairo_surface_write_to_png_stream(surface.get(), appendBytes, &bytes), "encode PNG");
-    return bytes;
+    return pngBytes(surface.get());
 }
 
 // Vector images are in points, as the list is.

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "eclipse/catalogue_fixture.hpp"
+#include "eclipse/catalogue_text.hpp"
 #include "eclipse/eclipse_parser.hpp"
+#include "platform/date_formatter.hpp"
 #include "platform/device.hpp"
+#include "platform/files.hpp"
 
 namespace lunoval {
 namespace {
@@ -85,6 +88,31 @@ TEST_F(Catalogue, WarnsOfEveryLineItSkips) {
         EXPECT_EQ(loggedBy([&] { table = catalogue.parse(); }), test.log) << test.name;
         ASSERT_TRUE(table) << test.name;
         EXPECT_EQ(keys(*table), test.keys) << test.name;
+    }
+}
+
+// Dates written out in full skip the formatter; they must read exactly as it reads them, and
+// anything it might read otherwise must be left to it.
+TEST(CatalogueDates, WrittenOutInFullReadAsTheFormatterReadsThem) {
+    const UTCDateParser formatter("MM/dd/yyyy HH:mm");
+    const auto shipped = readWholeFile(std::filesystem::path(LUNOVAL_SOURCE_RESOURCES) /
+                                       "com.orvane.Orvane" / "Data" / "events.txt");
+    ASSERT_TRUE(shipped);
+    std::vector<std::string> texts = {"02/29/2024 23:59", "12/31/1600 00:00", "01/01/9999 12:30"};
+    for (const auto line : splitLines(*shipped)) {
+        if (!line.empty() && line[0] != '#') texts.emplace_back(line.substr(0, 16));
+    }
+    ASSERT_GT(texts.size(), 900U);
+    for (const auto& text : texts) {
+        const auto direct = fullyWrittenDate(text);
+        ASSERT_TRUE(direct) << text;
+        EXPECT_EQ(direct, formatter.parse(text)) << text;
+    }
+    for (const char* other :
+         {"4/08/2024 18:17", "04/08/24 18:17", "02/29/2023 10:00", "00/10/2024 10:00",
+          "04/31/2024 10:00", "04/08/2024 24:00", "04/08/2024 18:60", "10/10/1582 12:00",
+          "+4/08/2024 18:17", "04/08/2024 18:17 ", "04-08-2024 18:17", "04/08/2024T18:17"}) {
+        EXPECT_FALSE(fullyWrittenDate(other)) << other;
     }
 }
 

@@ -8,6 +8,7 @@
 #include "platform/files.hpp"
 #include "temp_folder.hpp"
 #include "ui/painter.hpp"
+#include "ui/png_writer.hpp"
 #include "ui/raster.hpp"
 
 namespace lunoval::ui {
@@ -30,6 +31,47 @@ TEST(ImageEncoding, PixelSizesAreThePointsTimesTheScaleRoundedUp) {
         EXPECT_EQ(raster.height(), height);
     }
     EXPECT_THROW((void)encodeImage({{0, 10}, {}}, {}, ImageFormat::png), std::runtime_error);
+}
+
+std::string cairosOwnPng(cairo_surface_t* surface) {
+    std::string bytes;
+    cairo_surface_write_to_png_stream(
+        surface,
+        [](void* closure, const unsigned char* data, unsigned int length) {
+            static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
+            return CAIRO_STATUS_SUCCESS;
+        },
+        &bytes);
+    return bytes;
+}
+
+// Our writer differs from cairo's only in its row filter: every pixel must read back the same,
+// transparent, translucent or opaque, and an opaque image must still be RGB without alpha.
+TEST(ImageEncoding, PngPixelsAreThoseOfCairosOwnWriter) {
+    for (const double backdropAlpha : {0.0, 0.4, 1.0}) {
+        cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 97, 61);
+        cairo_t* cairo = cairo_create(surface);
+        cairo_set_source_rgba(cairo, 0.1, 0.5, 0.9, backdropAlpha);
+        cairo_paint(cairo);
+        cairo_pattern_t* gradient = cairo_pattern_create_linear(0, 0, 97, 61);
+        cairo_pattern_add_color_stop_rgba(gradient, 0, 1, 0.3, 0, backdropAlpha);
+        cairo_pattern_add_color_stop_rgba(gradient, 1, 0.2, 1, 0.7, 1);
+        cairo_set_source(cairo, gradient);
+        cairo_arc(cairo, 48, 30, 25, 0, 6.3);
+        cairo_fill(cairo);
+        const testing::Raster ours(pngBytes(surface));
+        const testing::Raster cairos(cairosOwnPng(surface));
+        for (int y = 0; y < 61; ++y) {
+            for (int x = 0; x < 97; ++x) {
+                ASSERT_EQ(ours.pixel(x, y), cairos.pixel(x, y)) << backdropAlpha << " " << x;
+            }
+        }
+        const auto header = pngBytes(surface).substr(16, 10);  // IHDR: size, depth, colour type
+        EXPECT_EQ(header, cairosOwnPng(surface).substr(16, 10)) << backdropAlpha;
+        cairo_pattern_destroy(gradient);
+        cairo_destroy(cairo);
+        cairo_surface_destroy(surface);
+    }
 }
 
 TEST(ImageFormat, FollowsTheExtensionInAnyCase) {
