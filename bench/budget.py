@@ -51,19 +51,26 @@ def benchmark_medians():
     return medians
 
 
+def run(command, environment):
+    report = subprocess.run(command, env=environment, capture_output=True, text=True)
+    if report.returncode != 0:
+        sys.exit(f"{' '.join(map(str, command))} failed:\n{report.stderr}")
+    return report.stderr
+
+
 def measure_process(arguments, environment):
-    """Median wall seconds and largest peak RSS in MB over RUNS runs of one command."""
+    """Median wall seconds and largest peak RSS in MB over RUNS runs of one command. The wall
+    time is taken here, around the process alone (time's own clock counts hundredths, and
+    time adds its own start); the peak comes from separate runs under `/usr/bin/time -v`."""
+    command = [BUILD / "lunoval", *arguments]
     walls, peaks = [], []
     for _ in range(RUNS):
-        # time's own clock counts hundredths; the wall time is taken here, to the microsecond.
         start = time.perf_counter()
-        report = subprocess.run(["/usr/bin/time", "-v", BUILD / "lunoval", *arguments],
-                                env=environment, capture_output=True, text=True)
+        run(command, environment)
         walls.append(time.perf_counter() - start)
-        if report.returncode != 0:
-            sys.exit(f"lunoval {' '.join(arguments)} failed:\n{report.stderr}")
+        report = run(["/usr/bin/time", "-v", *command], environment)
         peaks.append(int(re.search(r"Maximum resident set size \(kbytes\): (\d+)",
-                                   report.stderr).group(1)) / 1024)
+                                   report).group(1)) / 1024)
     return statistics.median(walls), max(peaks)
 
 

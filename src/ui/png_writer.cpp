@@ -72,7 +72,7 @@ bool writeRows(png_structp png, png_infop info, png_bytepp rows, png_uint_32 wid
     png_set_IHDR(png, info, width, height, 8,
                  opaque ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_RGB_ALPHA, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
+    png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_UP);
     png_write_info(png, info);
     if (opaque) {
         png_set_write_user_transform_fn(png, opaqueRow);
