@@ -82,23 +82,16 @@ void widgetFamily(benchmark::State& state, widgetkit::WidgetFamily family) {
             ui::encodeImage(rendered.list, rendered.environment, ui::ImageFormat::png));
     }
 }
-BENCHMARK_CAPTURE(widgetFamily, systemSmall, widgetkit::WidgetFamily::systemSmall)
-    ->Repetitions(9)
-    ->ReportAggregatesOnly(true);
-BENCHMARK_CAPTURE(widgetFamily, systemMedium, widgetkit::WidgetFamily::systemMedium)
-    ->Repetitions(9)
-    ->ReportAggregatesOnly(true);
-BENCHMARK_CAPTURE(widgetFamily, systemLarge, widgetkit::WidgetFamily::systemLarge)
-    ->Repetitions(9)
-    ->ReportAggregatesOnly(true);
-BENCHMARK_CAPTURE(widgetFamily, accessoryCircular, widgetkit::WidgetFamily::accessoryCircular)
-    ->Repetitions(9)
-    ->ReportAggregatesOnly(true);
-BENCHMARK_CAPTURE(widgetFamily, accessoryRectangular, widgetkit::WidgetFamily::accessoryRectangular)
-    ->Repetitions(9)
-    ->ReportAggregatesOnly(true);
-BENCHMARK_CAPTURE(widgetFamily, accessoryInline, widgetkit::WidgetFamily::accessoryInline)
-    ->Repetitions(9)
-    ->ReportAggregatesOnly(true);
+const bool kFamiliesRegistered = [] {
+    using enum widgetkit::WidgetFamily;
+    for (const auto family : {systemSmall, systemMedium, systemLarge, accessoryCircular,
+                              accessoryRectangular, accessoryInline}) {
+        const auto name = "widgetFamily/" + std::string(widgetkit::familyName(family));
+        benchmark::RegisterBenchmark(name.c_str(), widgetFamily, family)
+            ->Repetitions(9)
+            ->ReportAggregatesOnly(true);
+    }
+    return true;
+}();
 
 }  // namespace
