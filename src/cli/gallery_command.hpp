@@ -19,7 +19,8 @@ struct GalleryOptions {
 };
 
 // Every widget in `items`, as shown with `entry`, written atomically into `folder` with the page
-// that shows them; each item learns its tap target.
+// that shows them; each item learns its tap target. The images are drawn on every core at
+// once, sharing `measurer`.
 void writeGallery(const std::filesystem::path& folder, std::vector<GalleryItem>& items,
                   const MoonWidgetEntry& entry, const RenderOptions& options,
                   const ui::TextMeasurer& measurer);

@@ -24,9 +24,11 @@ PangoContext* createContext() {
     return context;
 }
 
-PangoContext* sharedContext() {
-    static PangoContext* const context = createContext();
-    return context;
+// Pango's objects are not shared between threads: each thread lays text out in its own
+// context, over its own font map, released when the thread ends.
+PangoContext* threadContext() {
+    thread_local const std::unique_ptr<PangoContext, GObjectUnref> context(createContext());
+    return context.get();
 }
 
 PangoWeight pangoWeight(FontWeight weight) {
@@ -76,7 +78,7 @@ std::optional<int> wrapWidth(std::optional<double> points) {
 }  // namespace
 
 LayoutHandle layOutText(std::string_view text, const Font& font, const TextBox& box) {
-    LayoutHandle layout(pango_layout_new(sharedContext()));
+    LayoutHandle layout(pango_layout_new(threadContext()));
     pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
     setFont(layout.get(), font);
     pango_layout_set_alignment(layout.get(), pangoAlignment(box.alignment));

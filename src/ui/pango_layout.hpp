@@ -23,8 +23,7 @@ struct TextBox {
 };
 
 // The one way text is laid out, so that what is measured is what is painted. Lengths are in
-// points. The layouts share one Pango context, which is not thread-safe: lay text out from one
-// thread at a time.
+// points. A layout belongs to the thread that made it.
 LayoutHandle layOutText(std::string_view text, const Font& font, const TextBox& box);
 
 }  // namespace lunoval::ui

@@ -25,8 +25,15 @@ TextMeasurement layOutAndMeasure(std::string_view text, const Font& font,
 TextMeasurement PangoTextMeasurer::measure(std::string_view text, const Font& font,
                                            std::optional<double> maxWidth, int maxLines) const {
     Question question{std::string(text), font.size, font.weight, maxWidth, maxLines};
-    if (const auto known = answers_.find(question); known != answers_.end()) return known->second;
+    {
+        const std::scoped_lock lock(mutex_);
+        if (const auto known = answers_.find(question); known != answers_.end()) {
+            return known->second;
+        }
+    }
+    // Measured outside the lock: two threads that ask at once both measure, alike.
     const auto answer = layOutAndMeasure(text, font, maxWidth, maxLines);
+    const std::scoped_lock lock(mutex_);
     answers_.emplace(std::move(question), answer);
     return answer;
 }

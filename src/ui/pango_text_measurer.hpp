@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <string>
 
 #include "ui/text_measurer.hpp"
@@ -10,7 +11,7 @@ namespace lunoval::ui {
 // Measures with Pango and fontconfig in Inter, with hinting off so that sizes do not depend on
 // the display scale; the painter lays text out with the same settings.
 // Layout asks about the same text many times (stacks weigh each child twice, shrinking text
-// searches its size), so each measurer remembers its answers.
+// searches its size), so each measurer remembers its answers. Threads may share a measurer.
 class PangoTextMeasurer final : public TextMeasurer {
   public:
     [[nodiscard]] TextMeasurement measure(std::string_view text, const Font& font,
@@ -26,6 +27,7 @@ class PangoTextMeasurer final : public TextMeasurer {
         int maxLines;
         auto operator<=>(const Question&) const = default;
     };
+    mutable std::mutex mutex_;
     mutable std::map<Question, TextMeasurement> answers_;
 };
 
