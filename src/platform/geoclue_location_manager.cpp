@@ -228,25 +228,34 @@ PlatformLocationDelegate* Session::delegate() const {
     return owner_ != nullptr ? owner_->currentDelegate() : nullptr;
 }
 
-bool hasName(GDBusConnection* bus, const char* method, const char* name) {
-    GVariant* reply = g_dbus_connection_call_sync(
-        bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
-        name != nullptr ? g_variant_new("(s)", name) : nullptr, nullptr, G_DBUS_CALL_FLAGS_NONE,
-        kPresenceTimeoutMilliseconds, nullptr, nullptr);
+// A call to the bus itself, or null when it does not answer in time.
+GVariant* askBus(GDBusConnection* bus, const char* method, GVariant* parameters) {
+    return g_dbus_connection_call_sync(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                       "org.freedesktop.DBus", method, parameters, nullptr,
+                                       G_DBUS_CALL_FLAGS_NONE, kPresenceTimeoutMilliseconds,
+                                       nullptr, nullptr);
+}
+
+bool isRunning(GDBusConnection* bus) {
+    GVariant* reply = askBus(bus, "NameHasOwner", g_variant_new("(s)", kService));
     if (reply == nullptr) return false;
+    gboolean owned = FALSE;
+    g_variant_get(reply, "(b)", &owned);
+    g_variant_unref(reply);
+    return owned != FALSE;
+}
+
+bool isStartable(GDBusConnection* bus) {
+    GVariant* reply = askBus(bus, "ListActivatableNames", nullptr);
+    if (reply == nullptr) return false;
+    GVariantIter* names = nullptr;
+    g_variant_get(reply, "(as)", &names);
     bool found = false;
-    if (name != nullptr) {
-        gboolean owned = FALSE;
-        g_variant_get(reply, "(b)", &owned);
-        found = owned != FALSE;
-    } else {
-        GVariantIter* names = nullptr;
-        g_variant_get(reply, "(as)", &names);
-        const char* each = nullptr;
-        while (g_variant_iter_loop(names, "&s", &each) != FALSE)
-            found = found || g_strcmp0(each, kService) == 0;
-        g_variant_iter_free(names);
+    const char* each = nullptr;
+    while (g_variant_iter_loop(names, "&s", &each) != FALSE) {
+        found = found || g_strcmp0(each, kService) == 0;
     }
+    g_variant_iter_free(names);
     g_variant_unref(reply);
     return found;
 }
@@ -256,8 +265,7 @@ bool hasName(GDBusConnection* bus, const char* method, const char* name) {
 bool geoClueIsPresent() {
     GObjectHandle<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
     if (!bus) return false;
-    return hasName(bus.get(), "NameHasOwner", kService) ||
-           hasName(bus.get(), "ListActivatableNames", nullptr);
+    return isRunning(bus.get()) || isStartable(bus.get());
 }
 
 std::unique_ptr<PlatformLocationManager> makeGeoClueLocationManager(MainQueue& queue) {
