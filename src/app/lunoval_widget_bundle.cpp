@@ -3,28 +3,15 @@
 #include <algorithm>
 
 #include "platform/localization.hpp"
-#include "views/moon_event_view.hpp"
-#include "views/moon_phase_views.hpp"
-#include "views/times_views.hpp"
 
 namespace lunoval {
-
-namespace {
-
-using enum widgetkit::WidgetFamily;
-
-template <typename EntryView>
-ui::View draw(const MoonWidgetEntry& entry, const WidgetEnvironment& environment) {
-    return EntryView{entry, environment}.body();
-}
-
-}  // namespace
 
 bool WidgetKind::supports(widgetkit::WidgetFamily family) const {
     return std::ranges::find(supportedFamilies, family) != supportedFamilies.end();
 }
 
 std::span<const WidgetKind> LunovalWidgetBundle::body() {
+    using enum widgetkit::WidgetFamily;
     // Kinds 1 and 3 share their name and description, the next-event widget is called "Moon
     // Times" and the phase widget has a large size but no medium one: all as published.
     static const std::vector<WidgetKind> widgets{
@@ -33,29 +20,25 @@ std::span<const WidgetKind> LunovalWidgetBundle::body() {
          l10n::translatable("Moon & Sun Times"),
          // TRANSLATORS: Widget description in the widget gallery
          l10n::translatable("Moon and sun rise/set times"),
-         {systemSmall},
-         draw<MoonSunTimesWidgetEntryView>},
+         {systemSmall}},
         {"MoonEventWidget",
          // TRANSLATORS: Widget name in the widget gallery
          l10n::translatable("Moon Times"),
          // TRANSLATORS: Widget description in the widget gallery
          l10n::translatable("View moon phase and next full moon or new moon event"),
-         {systemSmall},
-         draw<MoonEventWidgetEntryView>},
+         {systemSmall}},
         {"MoonTimesWidget",
          // TRANSLATORS: Widget name in the widget gallery
          l10n::translatable("Moon & Sun Times"),
          // TRANSLATORS: Widget description in the widget gallery
          l10n::translatable("Moon and sun rise/set times"),
-         {systemSmall, systemMedium, accessoryRectangular, accessoryCircular, accessoryInline},
-         draw<MoonTimesWidgetEntryView>},
+         {systemSmall, systemMedium, accessoryRectangular, accessoryCircular, accessoryInline}},
         {"MoonPhaseWidget",
          // TRANSLATORS: Widget name in the widget gallery
          l10n::translatable("Moon Phase"),
          // TRANSLATORS: Widget description in the widget gallery
          l10n::translatable("View moon phases and times"),
-         {systemSmall, systemLarge, accessoryCircular, accessoryRectangular, accessoryInline},
-         draw<MoonPhaseWidgetEntryView>},
+         {systemSmall, systemLarge, accessoryCircular, accessoryRectangular, accessoryInline}},
     };
     return widgets;
 }

@@ -6,20 +6,17 @@
 #include <vector>
 
 #include "platform/widgetkit.hpp"
-#include "timeline/moon_widget_data.hpp"
-#include "ui/view.hpp"
-#include "views/widget_environment.hpp"
 
 namespace lunoval {
 
 // One widget the bundle offers. The kind strings key the user's placed widgets, so they never
-// change; the display name and description are localization keys.
+// change; the display name and description are localization keys. What the widget draws is the
+// renderer's: the commands that only ask for entries never load the drawing libraries.
 struct WidgetKind {
     std::string_view kind;
     const char* displayName;
     const char* description;
     std::vector<widgetkit::WidgetFamily> supportedFamilies;
-    ui::View (*entryView)(const MoonWidgetEntry& entry, const WidgetEnvironment& environment);
 
     [[nodiscard]] bool supports(widgetkit::WidgetFamily family) const;
 };

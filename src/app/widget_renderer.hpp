@@ -3,7 +3,9 @@
 #include <optional>
 
 #include "app/lunoval_widget_bundle.hpp"
+#include "timeline/moon_widget_data.hpp"
 #include "ui/display_list.hpp"
+#include "ui/environment.hpp"
 #include "ui/text_measurer.hpp"
 
 namespace lunoval {

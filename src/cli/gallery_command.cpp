@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "cli/drawing_commands.hpp"
 #include "cli/preferences_command.hpp"
 #include "cli/render_command.hpp"
 #include "cli/widget_request.hpp"
@@ -59,8 +60,7 @@ std::vector<GalleryItem> allWidgets() {
 }
 
 CLI::App* addGalleryCommand(CLI::App& app, GalleryOptions& options) {
-    auto* command =
-        app.add_subcommand("gallery", "Draw every widget in every size, with an index.html");
+    auto* command = app.add_subcommand(kGalleryCommand.name, kGalleryCommand.description);
     command->add_option("--out", options.out,
                         "The folder for the images and the page (default: the stored "
                         "outputFolder preference)");

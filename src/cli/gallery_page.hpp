@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/lunoval_widget_bundle.hpp"
+#include "timeline/moon_widget_data.hpp"
 
 namespace lunoval::cli {
 

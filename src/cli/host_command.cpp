@@ -13,6 +13,7 @@
 #include <sstream>
 #include <system_error>
 
+#include "cli/drawing_commands.hpp"
 #include "cli/gallery_command.hpp"
 #include "cli/preferences_command.hpp"
 #include "cli/render_command.hpp"
@@ -169,8 +170,7 @@ class Host {
 }  // namespace
 
 CLI::App* addHostCommand(CLI::App& app, HostOptions& options) {
-    auto* command = app.add_subcommand(
-        "host", "Keep widget images fresh, refreshing on a budget and on reload requests");
+    auto* command = app.add_subcommand(kHostCommand.name, kHostCommand.description);
     command->add_option("--out", options.out,
                         "The folder for the images and the page (default: the stored "
                         "outputFolder preference)");

@@ -1,6 +1,7 @@
 #include "cli/moon_command.hpp"
 
 #include "astro/moon_phase.hpp"
+#include "cli/drawing_commands.hpp"
 #include "cli/render_command.hpp"
 #include "phases/moon_phase_data_manager.hpp"
 #include "platform/device.hpp"
@@ -68,8 +69,7 @@ Solar::SimpleMoonPhase devicePhase(bool& hasPlace) {
 }  // namespace
 
 CLI::App* addMoonCommand(CLI::App& app, MoonOptions& options) {
-    auto* command = app.add_subcommand(
-        "moon", "Draw the moon disc alone, for the device's place and time or a given phase");
+    auto* command = app.add_subcommand(kMoonCommand.name, kMoonCommand.description);
     command->add_option("--size", options.size, "Side of the picture in points")
         ->check(CLI::Range(1.0, 2048.0));
     command->add_option("--scale", options.scale, "Device pixels per point")

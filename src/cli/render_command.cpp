@@ -1,5 +1,6 @@
 #include "cli/render_command.hpp"
 
+#include "cli/drawing_commands.hpp"
 #include "ui/painter.hpp"
 #include "ui/pango_text_measurer.hpp"
 
@@ -33,7 +34,7 @@ void requireImageFormat(const std::string& path) {
 }
 
 CLI::App* addRenderCommand(CLI::App& app, RenderCommandOptions& options) {
-    auto* command = app.add_subcommand("render", "Draw one widget through its provider");
+    auto* command = app.add_subcommand(kRenderCommand.name, kRenderCommand.description);
     addWidgetRequestOptions(*command, options.request);
     command->add_option("--out", options.out, "The image: .png, .svg or .pdf");
     addRenderOptions(*command, options.render);

@@ -6,6 +6,7 @@
 
 #include "app/lunoval_widget_bundle.hpp"
 #include "cli/device_options.hpp"
+#include "timeline/moon_widget_data.hpp"
 
 namespace lunoval::cli {
 

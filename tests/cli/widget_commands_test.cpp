@@ -97,5 +97,25 @@ TEST_F(WidgetCommands, MoonRefusesBadPhasesAndFormats) {
     }
 }
 
+// The drawing commands run in a program of their own, handed the whole command line; the
+// others never load the drawing libraries.
+TEST_F(WidgetCommands, OnlyTheDrawingCommandsLoadTheDrawingLibraries) {
+    const auto loadsCairo = [&](const std::string& arguments) {
+        const auto result = testing::runLunoval(
+            arguments, "LD_DEBUG=libs HOME=" + folder_.path().string() + " XDG_CONFIG_HOME=");
+        EXPECT_EQ(result.status, 0) << arguments;
+        return result.err.find("libcairo.so") != std::string::npos;
+    };
+    EXPECT_FALSE(loadsCairo("record --lat 48.85 --lng 2.35"));
+    EXPECT_FALSE(loadsCairo("--location 48.85,2.35 timeline --json"));
+    EXPECT_TRUE(loadsCairo("--location 48.85,2.35 render --out " + file("w.png").string()));
+    EXPECT_TRUE(fs::exists(file("w.png")));
+
+    const auto help = run("render --help");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("--color-scheme"), std::string::npos) << help.out;
+    EXPECT_NE(run("--help").out.find("gallery"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace lunoval

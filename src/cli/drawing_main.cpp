@@ -1,0 +1,58 @@
+#include <malloc.h>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/command_line.hpp"
+#include "cli/device_options.hpp"
+#include "cli/gallery_command.hpp"
+#include "cli/host_command.hpp"
+#include "cli/moon_command.hpp"
+#include "cli/preferences_command.hpp"
+#include "cli/render_command.hpp"
+
+namespace {
+
+constexpr int kLargeSurfaceBytes = 64 << 20;
+
+}  // namespace
+
+// The commands of lunoval that draw; lunoval hands them over with its own command line.
+// NOLINTNEXTLINE(bugprone-exception-escape): setting the options up throws only on a slip of ours
+int main(int argc, char** argv) {
+    // Drawing allocates large scratch surfaces, one per layer; keeping freed ones in the heap
+    // spares the page faults of mapping each one anew.
+    mallopt(M_MMAP_THRESHOLD, kLargeSurfaceBytes);
+    mallopt(M_TRIM_THRESHOLD, 2 * kLargeSurfaceBytes);
+    using namespace lunoval::cli;
+    CLI::App app{kCommandTitle, "lunoval"};
+    app.require_subcommand(1);
+    app.fallthrough();
+
+    DeviceOptions device;
+    addDeviceOptions(app, device);
+    MoonOptions moon;
+    auto* moonCommand = addMoonCommand(app, moon);
+    RenderCommandOptions render;
+    auto* renderCommand = addRenderCommand(app, render);
+    GalleryOptions gallery;
+    auto* galleryCommand = addGalleryCommand(app, gallery);
+    HostOptions host;
+    auto* hostCommand = addHostCommand(app, host);
+
+    return runCommandLine(app, argc, argv, [&] {
+        applyDeviceOptions(device);
+        applyPreferences(*moonCommand, moon.scale,
+                         [&](const auto& folder) { moon.out = folder / moon.out; });
+        applyPreferences(*renderCommand, render.render.scale, [&](const auto& folder) {
+            render.out = folder / defaultImageName(render.request);
+        });
+        applyPreferences(*galleryCommand, gallery.render.scale,
+                         [&](const auto& folder) { gallery.out = folder; });
+        applyPreferences(*hostCommand, host.render.scale,
+                         [&](const auto& folder) { host.out = folder; });
+        if (moonCommand->parsed()) return runMoon(moon);
+        if (renderCommand->parsed()) return runRender(render);
+        if (galleryCommand->parsed()) return runGallery(gallery, device);
+        return runHost(host);
+    });
+}
