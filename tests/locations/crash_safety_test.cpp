@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kRounds = 150;
+constexpr int kRounds = 250;
 
 // Runs `write(i)` for i = 0, 1, … in a child killed with SIGKILL after a random moment; answers
 // the last i whose write had returned (-1 for none).
