@@ -81,7 +81,8 @@ TEST_F(Catalogue, FindsWhatAScanOfTheWholeTableFindsAcrossSkippedDays) {
         const auto instant = utc(2011, 12, 26).addingTimeInterval(hour * 3600.0);
         lines +=
             date::format("%m/%d/%Y %H:%M",
-                         date::floor<std::chrono::seconds>(date::sys_time(instant.sinceEpoch))) +
+                         date::floor<std::chrono::seconds>(
+                             date::sys_time<std::chrono::duration<double>>(instant.sinceEpoch))) +
             ",TLE\n";
     }
     write(lines);

@@ -152,7 +152,10 @@ TEST(CatalogueYears, AreCountedInTheGivenZone) {
     };
     for (const auto& [identifier, expected, warning] : cases) {
         std::vector<std::string> found;
-        EXPECT_EQ(loggedBy([&] { found = keys(parseCatalogue(text, zone(identifier))); }), warning);
+        const auto read = [&, identifier = identifier] {
+            found = keys(parseCatalogue(text, zone(identifier)));
+        };
+        EXPECT_EQ(loggedBy(read), warning);
         EXPECT_EQ(found, expected) << identifier;
     }
 }

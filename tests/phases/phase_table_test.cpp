@@ -116,7 +116,7 @@ TEST_F(PhaseTables, RejectsFilesOfAnyOtherShape) {
     for (const auto& [year, bytes] : files) write(kFrameworkBundleIdentifier, year, bytes);
     auto phases = manager();
     for (const auto& [year, bytes] : files) {
-        const auto log = loggedBy([&] { EXPECT_FALSE(phases.loadYear(year)); });
+        const auto log = loggedBy([&, year = year] { EXPECT_FALSE(phases.loadYear(year)); });
         EXPECT_EQ(log,
                   "✅ Found plist in bundle: com.orvane.Orvane with subdirectory\n"
                   "❌ Could not load or parse " +
