@@ -4,8 +4,6 @@
 #include <iostream>
 #include <string_view>
 
-#include "cli/device_options.hpp"
-
 namespace lunoval::cli {
 
 namespace {
@@ -19,10 +17,16 @@ int fail(std::string_view message, int status) {
 
 }  // namespace
 
-int runCommandLine(CLI::App& app, int argc, char** argv, const std::function<int()>& run) {
+CommandLine::CommandLine() {
+    app.require_subcommand(1);
+    app.fallthrough();
+    addDeviceOptions(app, device);
+}
+
+int CommandLine::run(int argc, char** argv, const std::function<int()>& command) {
     try {
         app.parse(argc, argv);
-        return run();
+        return command();
     } catch (const CLI::Success& e) {
         return app.exit(e);
     } catch (const CLI::ParseError& e) {

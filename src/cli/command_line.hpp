@@ -4,13 +4,21 @@
 
 #include <CLI/CLI.hpp>
 
+#include "cli/device_options.hpp"
+
 namespace lunoval::cli {
 
-inline constexpr const char* kCommandTitle =
-    "Moon phase and sun and moon times, as widgets and as data";
+// What the programs of lunoval share on their command lines: the title, the device options
+// and one command required, run with one way of failing.
+struct CommandLine {
+    CommandLine();
 
-// Parses the command line and returns what `run` returns for the command chosen. Bad input is
-// one line on standard error and status 2; any other failure one line and status 1.
-int runCommandLine(CLI::App& app, int argc, char** argv, const std::function<int()>& run);
+    // Parses the arguments and returns what `command` returns for the command chosen. Bad input
+    // is one line on standard error and status 2; any other failure one line and status 1.
+    int run(int argc, char** argv, const std::function<int()>& command);
+
+    CLI::App app{"Moon phase and sun and moon times, as widgets and as data", "lunoval"};
+    DeviceOptions device;
+};
 
 }  // namespace lunoval::cli

@@ -24,12 +24,8 @@ int main(int argc, char** argv) {
     mallopt(M_MMAP_THRESHOLD, kLargeSurfaceBytes);
     mallopt(M_TRIM_THRESHOLD, 2 * kLargeSurfaceBytes);
     using namespace lunoval::cli;
-    CLI::App app{kCommandTitle, "lunoval"};
-    app.require_subcommand(1);
-    app.fallthrough();
-
-    DeviceOptions device;
-    addDeviceOptions(app, device);
+    CommandLine commandLine;
+    auto& app = commandLine.app;
     MoonOptions moon;
     auto* moonCommand = addMoonCommand(app, moon);
     RenderCommandOptions render;
@@ -39,8 +35,8 @@ int main(int argc, char** argv) {
     HostOptions host;
     auto* hostCommand = addHostCommand(app, host);
 
-    return runCommandLine(app, argc, argv, [&] {
-        applyDeviceOptions(device);
+    return commandLine.run(argc, argv, [&] {
+        applyDeviceOptions(commandLine.device);
         applyPreferences(*moonCommand, moon.scale,
                          [&](const auto& folder) { moon.out = folder / moon.out; });
         applyPreferences(*renderCommand, render.render.scale, [&](const auto& folder) {
@@ -52,7 +48,7 @@ int main(int argc, char** argv) {
                          [&](const auto& folder) { host.out = folder; });
         if (moonCommand->parsed()) return runMoon(moon);
         if (renderCommand->parsed()) return runRender(render);
-        if (galleryCommand->parsed()) return runGallery(gallery, device);
+        if (galleryCommand->parsed()) return runGallery(gallery, commandLine.device);
         return runHost(host);
     });
 }

@@ -15,12 +15,8 @@
 // NOLINTNEXTLINE(bugprone-exception-escape): setting the options up throws only on a slip of ours
 int main(int argc, char** argv) {
     using namespace lunoval::cli;
-    CLI::App app{kCommandTitle, "lunoval"};
-    app.require_subcommand(1);
-    app.fallthrough();
-
-    DeviceOptions device;
-    addDeviceOptions(app, device);
+    CommandLine commandLine;
+    auto& app = commandLine.app;
     RecordOptions record;
     auto* recordCommand = addRecordCommand(app, record);
     EclipsesOptions eclipses;
@@ -34,10 +30,10 @@ int main(int argc, char** argv) {
     PreferencesOptions preferences;
     auto* preferencesCommand = addPreferencesCommand(app, preferences);
 
-    return runCommandLine(app, argc, argv, [&] {
+    return commandLine.run(argc, argv, [&] {
         // The drawing program reads the device options itself.
         if (std::ranges::any_of(drawingCommands, &CLI::App::parsed)) runDrawingProgram(argv);
-        applyDeviceOptions(device);
+        applyDeviceOptions(commandLine.device);
         if (recordCommand->parsed()) return runRecord(record);
         if (eclipsesCommand->parsed()) return runEclipses(eclipses);
         if (timelineCommand->parsed()) return runTimeline(timeline);
