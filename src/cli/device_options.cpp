@@ -92,9 +92,11 @@ void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
     app.add_option("--locale", options.locale, "The device's locale, such as de_DE");
     app.add_option("--location", options.location,
                    "The device's position LAT,LNG (a fixed location service)");
-    app.add_option("--location-service", options.locationService,
-                   "geoclue, fixed:LAT,LNG, denied, undetermined, unavailable or silent "
-                   "(default: geoclue where the system bus has it, else undetermined)");
+    app.add_option(
+        "--location-service", options.locationService,
+        "geoclue, fixed:LAT,LNG, late:SECONDS:LAT,LNG, denied, undetermined, unavailable "
+        "or silent "
+        "(default: geoclue where the system bus has it, else undetermined)");
 }
 
 void applyDeviceOptions(const DeviceOptions& options) {

@@ -73,9 +73,10 @@ int runGallery(const GalleryOptions& options, const DeviceOptions& device) {
     std::filesystem::create_directories(folder);
     // One provider request serves every widget: they would all get the same entry.
     const WidgetRequest request{.preview = !hasPlace(device)};
-    const auto entry = requestEntry(request, widgetkit::WidgetFamily::systemSmall);
     auto items = allWidgets();
-    writeGallery(folder, items, entry, options.render, ui::PangoTextMeasurer{});
+    requestEntry(request, widgetkit::WidgetFamily::systemSmall, [&](const MoonWidgetEntry& entry) {
+        writeGallery(folder, items, entry, options.render, ui::PangoTextMeasurer{});
+    });
     return 0;
 }
 

@@ -127,8 +127,10 @@ class Host {
   private:
     // One timeline serves every widget; its single entry has ended at once.
     void refresh() {
-        const auto entry = requestEntry({}, widgetkit::WidgetFamily::systemSmall);
-        writeGallery(folder_, items_, entry, options_.render, measurer_);
+        requestEntry({}, widgetkit::WidgetFamily::systemSmall,
+                     [this](const MoonWidgetEntry& entry) {
+                         writeGallery(folder_, items_, entry, options_.render, measurer_);
+                     });
     }
 
     // Until the refresh budget is spent or a reload request comes; a second request within a

@@ -45,10 +45,11 @@ int runRender(const RenderCommandOptions& options) {
     const auto [widget, family] = requestedWidget(options.request);
     const auto out = options.out.value_or(defaultImageName(options.request));
     requireImageFormat(out);
-    const auto entry = requestEntry(options.request, family);
-    const ui::PangoTextMeasurer measurer;
-    const auto rendered = renderWidget(widget, family, entry, options.render, measurer);
-    ui::writeImage(rendered.list, rendered.environment, out);
+    requestEntry(options.request, family, [&](const MoonWidgetEntry& entry) {
+        const ui::PangoTextMeasurer measurer;
+        const auto rendered = renderWidget(widget, family, entry, options.render, measurer);
+        ui::writeImage(rendered.list, rendered.environment, out);
+    });
     return 0;
 }
 

@@ -29,8 +29,9 @@ CLI::App* addTimelineCommand(CLI::App& app, TimelineOptions& options) {
 int runTimeline(const TimelineOptions& options) {
     const auto family = requestedWidget(options.request).second;
     if (options.json) log::toStandardError(true);
-    const auto entry = requestEntry(options.request, family);
-    std::cout << entryJson(entry).dump(options.json ? -1 : 2) << "\n";
+    requestEntry(options.request, family, [&](const MoonWidgetEntry& entry) {
+        std::cout << entryJson(entry).dump(options.json ? -1 : 2) << std::endl;
+    });
     return 0;
 }
 

@@ -56,25 +56,35 @@ std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetReque
     return {*widget, *family};
 }
 
-MoonWidgetEntry requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family) {
+void requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
+                  const std::function<void(const MoonWidgetEntry&)>& use) {
     EventLoopQueue queue;
     const auto service = device::locationService();
     const MoonWidgetTimelineProvider provider(
         queue, [&] { return makePlatformLocationManager(service, queue); }, appGroupDefaults());
     const widgetkit::Context context{.family = family, .isPreview = request.preview};
 
-    if (request.placeholder) return provider.placeholder(context);
+    if (request.placeholder) {
+        use(provider.placeholder(context));
+        return;
+    }
     std::optional<MoonWidgetEntry> entry;
+    bool finished = true;
     if (request.snapshot || request.preview) {
         provider.snapshot({}, context, [&](MoonWidgetEntry answer) { entry = std::move(answer); });
     } else {
-        provider.timeline({}, context, [&](widgetkit::Timeline<MoonWidgetEntry> timeline) {
-            entry = std::move(timeline.entries.front());
-        });
+        finished = false;
+        provider.timeline(
+            {}, context,
+            [&](widgetkit::Timeline<MoonWidgetEntry> timeline) {
+                entry = std::move(timeline.entries.front());
+            },
+            [&] { finished = true; });
     }
     queue.runUntil([&] { return entry.has_value(); });
     if (!entry) throw std::runtime_error("the widget provider did not answer");
-    return std::move(*entry);
+    use(*entry);
+    queue.runUntil([&] { return finished; });
 }
 
 }  // namespace lunoval::cli

@@ -69,8 +69,7 @@ void WidgetLocationManager::resolveWithoutSystemFix(bool allowFreshRequest) {
             answer(std::nullopt, true);
         } else if (widgetcache::shouldRequestLocation(defaults_)) {
             log::line("📍 Widget: No cached location, requesting fresh location...");
-            widgetcache::markLocationRequest(defaults_);
-            locationManager_->requestLocation();
+            askForFix();
         } else {
             log::line("⏸️ Widget: Location request throttled, using nil");
             answer(std::nullopt, true);
@@ -90,11 +89,17 @@ void WidgetLocationManager::resolveWithoutSystemFix(bool allowFreshRequest) {
         return;
     }
     log::line("📍 Widget: Requesting fresh location in background (throttle check passed)...");
+    askForFix();
+}
+
+void WidgetLocationManager::askForFix() {
     widgetcache::markLocationRequest(defaults_);
+    awaitingFix_ = true;
     locationManager_->requestLocation();
 }
 
 void WidgetLocationManager::didUpdateLocations(const std::vector<Location>& locations) {
+    awaitingFix_ = false;
     if (locations.empty()) {
         answer(std::nullopt, true);
         return;
@@ -106,6 +111,7 @@ void WidgetLocationManager::didUpdateLocations(const std::vector<Location>& loca
 }
 
 void WidgetLocationManager::didFailWithError(const LocationError& error) {
+    awaitingFix_ = false;
     log::line("⚠️ Widget Location Error: " + error.localizedDescription);
     if (locationManager_ && isAuthorized(locationManager_->authorizationStatus())) {
         const auto cached = widgetcache::cachedLocation(defaults_, locationManager_->location());

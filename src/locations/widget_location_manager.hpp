@@ -26,6 +26,9 @@ class WidgetLocationManager : public PlatformLocationDelegate {
     // Every path answers before returning when fresh requests are not allowed.
     void requestLocation(bool allowFreshRequest, Completion completion);
 
+    // Between asking location services for a fix and their answer.
+    [[nodiscard]] bool isAwaitingFix() const { return awaitingFix_; }
+
     [[nodiscard]] PlatformLocationManager* locationManager() const {
         return locationManager_.get();
     }
@@ -38,11 +41,13 @@ class WidgetLocationManager : public PlatformLocationDelegate {
 
     void answer(std::optional<Location> location, bool success) const;
     void resolveWithoutSystemFix(bool allowFreshRequest);
+    void askForFix();
 
     std::unique_ptr<PlatformLocationManager> locationManager_;
     UserDefaults defaults_;
     // Kept after a call: a later callback answers again, and the caller takes only the first.
     Handler handler_;
+    bool awaitingFix_ = false;
 };
 
 }  // namespace lunoval

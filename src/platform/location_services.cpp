@@ -60,7 +60,8 @@ class StandInLocationManager : public PlatformLocationManager {
             case LocationService::Kind::silent:
                 return;
             case LocationService::Kind::fixed:
-                queue_.async([this] {
+            case LocationService::Kind::late:
+                queue_.asyncAfter(service_.delaySeconds, [this] {
                     if (delegate() != nullptr) delegate()->didUpdateLocations({service_.fix});
                 });
                 return;
@@ -84,6 +85,24 @@ class StandInLocationManager : public PlatformLocationManager {
     MainQueue& queue_;
 };
 
+// A configured position is as good as a satellite fix.
+Location satelliteFix(Location position) {
+    constexpr double kAccuracyMeters = 5;
+    return {position.latitude, position.longitude, kAccuracyMeters};
+}
+
+// "SECONDS:LAT,LNG", a delay of at most a day.
+std::optional<LocationService> parseLate(std::string_view text) {
+    constexpr double kMaxDelaySeconds = 86400;
+    const auto colon = text.find(':');
+    if (colon == std::string_view::npos) return std::nullopt;
+    const auto delay = number(text.substr(0, colon));
+    const auto fix = LocationService::parseCoordinates(text.substr(colon + 1));
+    if (!delay || *delay < 0 || *delay > kMaxDelaySeconds || !fix) return std::nullopt;
+    return LocationService{
+        .kind = LocationService::Kind::late, .fix = satelliteFix(*fix), .delaySeconds = *delay};
+}
+
 }  // namespace
 
 std::optional<Location> LocationService::parseCoordinates(std::string_view text) {
@@ -104,13 +123,12 @@ std::optional<LocationService> LocationService::parse(std::string_view text) {
     if (text == "undetermined") return LocationService{undetermined};
     if (text == "unavailable") return LocationService{unavailable};
     if (text == "silent") return LocationService{silent};
+    if (text.starts_with("late:")) return parseLate(text.substr(5));
     constexpr std::string_view fixedPrefix = "fixed:";
     if (!text.starts_with(fixedPrefix)) return std::nullopt;
     const auto fix = parseCoordinates(text.substr(fixedPrefix.size()));
     if (!fix) return std::nullopt;
-    // A configured position is as good as a satellite fix.
-    constexpr double kFixedAccuracyMeters = 5;
-    return LocationService{fixed, {fix->latitude, fix->longitude, kFixedAccuracyMeters}};
+    return LocationService{fixed, satelliteFix(*fix)};
 }
 
 std::unique_ptr<PlatformLocationManager> makePlatformLocationManager(const LocationService& service,

@@ -85,13 +85,15 @@ class PlatformLocationManager {
 
 // The stand-in services a device can be set up with.
 struct LocationService {
-    // `automatic` is GeoClue where it is on the system bus, else `undetermined`.
-    enum class Kind { automatic, geoclue, fixed, denied, undetermined, unavailable, silent };
+    // `automatic` is GeoClue where it is on the system bus, else `undetermined`. `late` knows no
+    // position until asked, and answers a request after its delay.
+    enum class Kind { automatic, geoclue, fixed, late, denied, undetermined, unavailable, silent };
     Kind kind = Kind::undetermined;
-    Location fix;  // the position of a fixed service
+    Location fix;  // the position of a fixed or late service
+    double delaySeconds = 0;
 
-    // "geoclue", "fixed:LAT,LNG", "denied", "undetermined", "unavailable" or "silent"; absent
-    // otherwise.
+    // "geoclue", "fixed:LAT,LNG", "late:SECONDS:LAT,LNG", "denied", "undetermined",
+    // "unavailable" or "silent"; absent otherwise.
     static std::optional<LocationService> parse(std::string_view text);
     // "LAT,LNG" with latitude within ±90 and longitude within ±180.
     static std::optional<Location> parseCoordinates(std::string_view text);

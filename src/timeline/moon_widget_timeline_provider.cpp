@@ -1,9 +1,6 @@
 #include "timeline/moon_widget_timeline_provider.hpp"
 
 #include <date/date.h>
-#include <algorithm>
-#include <mutex>
-#include <vector>
 
 #include "locations/widget_location_cache.hpp"
 #include "locations/widget_location_manager.hpp"
@@ -18,41 +15,39 @@ namespace {
 constexpr double kLocationTimeoutSeconds = 8.0;
 constexpr double kRetrySeconds = 15 * 60.0;
 
-// What one timeline request shares between the time-out and the location answer.
+// What one timeline request shares between the time-out and the location answers. The
+// manager is held here until the fetch ends; the closures it stores hold this in turn, so
+// releasing the holder frees them all.
 struct PendingTimeline {
     Date start;
     bool resumed = false;
     std::shared_ptr<WidgetLocationManager> manager;
     std::function<void(MoonWidgetEntry)> deliver;
+    std::function<void()> finished;
 };
 
-// Holds each fetch's manager until the fetch ends. One that answers late without a location
-// never ends, so its manager stays for the rest of the process. Requests come from the host's
-// tasks on any thread; fetches end on the main queue.
-class FetchesInFlight {
-  public:
-    void add(std::shared_ptr<PendingTimeline> fetch) {
-        const std::scoped_lock lock(mutex_);
-        fetches_.push_back(std::move(fetch));
-    }
-    void remove(const PendingTimeline* fetch) {
-        const std::scoped_lock lock(mutex_);
-        std::erase_if(fetches_, [fetch](const auto& f) { return f.get() == fetch; });
-    }
-
-  private:
-    std::mutex mutex_;
-    std::vector<std::shared_ptr<PendingTimeline>> fetches_;
-};
-
-FetchesInFlight& fetchesInFlight() {
-    static FetchesInFlight fetches;
-    return fetches;
+void end(PendingTimeline& fetch) {
+    if (!fetch.manager) return;
+    fetch.manager.reset();
+    if (fetch.finished) fetch.finished();
 }
 
-// Released on the next turn of the queue: the manager's own callback is still running now.
-void endFetch(MainQueue& queue, const PendingTimeline* fetch) {
-    queue.async([fetch] { fetchesInFlight().remove(fetch); });
+// On the next turn of the queue: the manager's own callback may be running now.
+void release(MainQueue& queue, const std::shared_ptr<PendingTimeline>& fetch) {
+    queue.async([fetch] { end(*fetch); });
+}
+
+// Once the entry is out, a fix still on its way may refresh the cache for later timelines,
+// given as long again as the entry was. Looked at on the next turn: a manager asks for a
+// background fix only after it has answered.
+void releaseAfterAnswer(MainQueue& queue, const std::shared_ptr<PendingTimeline>& fetch) {
+    queue.async([&queue, fetch] {
+        if (fetch->manager && fetch->manager->isAwaitingFix()) {
+            queue.asyncAfter(kLocationTimeoutSeconds, [fetch] { end(*fetch); });
+        } else {
+            end(*fetch);
+        }
+    });
 }
 
 }  // namespace
@@ -91,7 +86,8 @@ void MoonWidgetTimelineProvider::snapshot(
 
 void MoonWidgetTimelineProvider::timeline(
     const ConfigurationAppIntent& /*configuration*/, const widgetkit::Context& /*context*/,
-    std::function<void(widgetkit::Timeline<MoonWidgetEntry>)> completion) const {
+    std::function<void(widgetkit::Timeline<MoonWidgetEntry>)> completion,
+    std::function<void()> finished) const {
     const Date start = device::now();
     log::line("🔄 Widget: Starting timeline update at " + standardDescription(start));
 
@@ -107,11 +103,11 @@ void MoonWidgetTimelineProvider::timeline(
                   standardDescription(start.addingTimeInterval(kRetrySeconds)));
         completion({.entries = {std::move(entry)}, .policy = widgetkit::ReloadPolicy::atEnd});
     };
-    fetchesInFlight().add(pending);
+    pending->finished = std::move(finished);
 
     // The closures outlive this call and may outlive the provider: they hold copies.
-    queue_.asyncAfter(kLocationTimeoutSeconds, [defaults = defaults_, pending] {
-        if (pending->resumed) return;
+    queue_.asyncAfter(kLocationTimeoutSeconds, [defaults = defaults_, &queue = queue_, pending] {
+        if (pending->resumed || !pending->manager) return;
         pending->resumed = true;
         log::line("⏱️ Widget: Location fetch timed out");
         const auto* locationManager = pending->manager->locationManager();
@@ -119,21 +115,22 @@ void MoonWidgetTimelineProvider::timeline(
             locationManager != nullptr && locationManager->isAuthorizedForWidgetUpdates();
         pending->deliver({.date = pending->start,
                           .widgetData = makeWidgetData(std::nullopt, authorized, defaults)});
+        releaseAfterAnswer(queue, pending);
     });
-    PendingTimeline* fetch = pending.get();
-    fetch->manager->requestLocation(
-        true, [defaults = defaults_, &queue = queue_, fetch](std::optional<Location> location, bool,
-                                                             bool authorized) {
-            if (fetch->resumed) {
+    pending->manager->requestLocation(
+        true, [defaults = defaults_, &queue = queue_, pending](std::optional<Location> location,
+                                                               bool, bool authorized) {
+            if (pending->resumed) {
+                // A late answer without a place keeps the manager: a later one may bring it.
                 if (!location) return;
                 widgetcache::saveLocationToCache(defaults, *location);
-                endFetch(queue, fetch);
+                release(queue, pending);
                 return;
             }
-            fetch->resumed = true;
-            fetch->deliver({.date = fetch->start,
-                            .widgetData = makeWidgetData(location, authorized, defaults)});
-            endFetch(queue, fetch);
+            pending->resumed = true;
+            pending->deliver({.date = pending->start,
+                              .widgetData = makeWidgetData(location, authorized, defaults)});
+            releaseAfterAnswer(queue, pending);
         });
 }
 

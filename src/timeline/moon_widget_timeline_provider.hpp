@@ -26,9 +26,11 @@ class MoonWidgetTimelineProvider {
     void snapshot(const ConfigurationAppIntent& configuration, const widgetkit::Context& context,
                   const std::function<void(MoonWidgetEntry)>& completion) const;
     // Races the location fetch against an 8-second time-out on the main queue; whichever comes
-    // first answers, once.
+    // first answers, once. The fetch may go on after that to cache a late fix, for at most one
+    // more time-out; `finished` is called once its location manager is gone.
     void timeline(const ConfigurationAppIntent& configuration, const widgetkit::Context& context,
-                  std::function<void(widgetkit::Timeline<MoonWidgetEntry>)> completion) const;
+                  std::function<void(widgetkit::Timeline<MoonWidgetEntry>)> completion,
+                  std::function<void()> finished = {}) const;
 
   private:
     MainQueue& queue_;

@@ -56,7 +56,9 @@ TEST_F(TimelineCommand, AFixThenTheCacheForADay) {
     EXPECT_TRUE(logged(hourLater, "✅ Widget: Using cached location from 60.0 minutes ago"));
     EXPECT_EQ(entry.at("widgetData").at("latitude"), 48.8566);
 
-    const auto dayLater = timeline("unavailable", "2025-10-10T08:00:00Z");
+    // That run's background request failed, and the cached point it fell back to was cached
+    // again as a late answer: the cache's day starts over.
+    const auto dayLater = timeline("unavailable", "2025-10-10T09:00:00Z");
     EXPECT_TRUE(logged(dayLater, "⚠️ Widget: Cached location is too old (24.0 hours)"));
 }
 
@@ -70,6 +72,20 @@ TEST_F(TimelineCommand, ASilentServiceTimesOutToTheAppSavedPlace) {
     EXPECT_EQ(entry.at("widgetData").at("timezone"), "Asia/Tokyo");
     EXPECT_EQ(entry.at("widgetData").at("locationName"), "Tokyo");
     EXPECT_FALSE(entry.at("widgetData").at("sunrise").is_null());
+}
+
+// The entry goes out first; the command then waits for the fix still on its way and caches it.
+TEST_F(TimelineCommand, LateAndBackgroundFixesReachTheCache) {
+    const auto late = timeline("late:9:-33.87,151.21", "2025-10-09T08:00:00Z");
+    EXPECT_TRUE(entry.at("widgetData").is_null());
+    EXPECT_LT(late.err.find("⏱️ Widget: Location fetch timed out"),
+              late.err.find("✅ Widget: Received location: -33.87, 151.21"));
+    EXPECT_EQ(appGroup().doubleForKey("WidgetLastLocationLat"), -33.87);
+
+    const auto background = timeline("late:0.5:1.5,2.5", "2025-10-09T10:00:00Z");
+    EXPECT_EQ(entry.at("widgetData").at("latitude"), -33.87);
+    EXPECT_TRUE(logged(background, "✅ Widget: Received location: 1.5, 2.5"));
+    EXPECT_EQ(appGroup().doubleForKey("WidgetLastLocationLat"), 1.5);
 }
 
 TEST_F(TimelineCommand, PreviewsNeverAskForALocation) {

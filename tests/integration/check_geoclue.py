@@ -86,6 +86,29 @@ def an_agent_that_never_answers_meets_the_time_out(lunoval):
     expect(8 <= seconds < 20, f"took {seconds:.1f} s")
 
 
+# Three refreshes of a host, then GeoClue is asked whether any client is still in use.
+HOST_THEN_ASK = """
+"$1" host --out "$HOME/out" --widgets MoonPhaseWidget:accessoryInline --min-interval 60 \
+    --location-service geoclue > "$HOME/host.log" 2>&1 &
+host=$!
+refreshes() { grep -c 'Host: refreshed' "$HOME/host.log"; }
+for want in 1 2 3; do
+  for _ in $(seq 100); do [ "$(refreshes)" -ge $want ] && break; sleep 0.1; done
+  [ $want -lt 3 ] && "$1" reload
+done
+sleep 0.5
+dbus-send --system --print-reply --dest=org.freedesktop.GeoClue2 /org/freedesktop/GeoClue2/Manager \
+    org.freedesktop.DBus.Properties.Get string:org.freedesktop.GeoClue2.Manager string:InUse
+kill $host; wait $host; cat "$HOME/host.log" >&2
+"""
+
+
+def a_host_leaves_no_client_behind(lunoval):
+    status, out, err, _, _ = run(["sh", "-c", HOST_THEN_ASK, "sh", lunoval], SYDNEY)
+    expect(status == 0 and err.count("Host: refreshed") == 3, err)
+    expect("boolean false" in out, "GeoClue still in use after the refreshes: " + out)
+
+
 def the_device_update_prints_each_stage(lunoval):
     status, out, err, _, cache = run(
         [lunoval, "locations", "update", "--timezone", "Australia/Sydney"], SYDNEY)
@@ -101,7 +124,7 @@ def main():
     lunoval = os.path.abspath(sys.argv[1])
     scenarios = [a_fix_reaches_the_widget_and_its_cache, a_denied_app_gets_the_permission_record,
                  without_geoclue_nothing_waits, an_agent_that_never_answers_meets_the_time_out,
-                 the_device_update_prints_each_stage]
+                 the_device_update_prints_each_stage, a_host_leaves_no_client_behind]
     failures = 0
     for scenario in scenarios:
         try:

@@ -12,17 +12,26 @@ namespace {
 
 const Date kStart = Date::fromTimeIntervalSince1970(1760000000);  // 2025-10-09 08:53:20 UTC
 
-// Authorized, no last fix, answers a request after a delay.
+// Authorized, no last fix, answers a request after a delay (never, without one), and counts
+// the managers alive.
 class LateLocationManager : public PlatformLocationManager {
   public:
-    LateLocationManager(MainQueue& queue, double delay) : queue_(queue), delay_(delay) {}
+    LateLocationManager(MainQueue& queue, std::optional<double> delay, int& alive)
+        : queue_(queue), delay_(delay), alive_(alive) {
+        ++alive_;
+    }
+    ~LateLocationManager() override { --alive_; }
+    LateLocationManager(const LateLocationManager&) = delete;
+    LateLocationManager& operator=(const LateLocationManager&) = delete;
+
     [[nodiscard]] AuthorizationStatus authorizationStatus() const override {
         return AuthorizationStatus::authorizedAlways;
     }
     [[nodiscard]] bool isAuthorizedForWidgetUpdates() const override { return true; }
     [[nodiscard]] std::optional<Location> location() const override { return std::nullopt; }
     void requestLocation() override {
-        queue_.asyncAfter(delay_, [this] {
+        if (!delay_) return;
+        queue_.asyncAfter(*delay_, [this] {
             if (delegate() != nullptr) delegate()->didUpdateLocations({{-33.87, 151.21}});
         });
     }
@@ -31,7 +40,8 @@ class LateLocationManager : public PlatformLocationManager {
 
   private:
     MainQueue& queue_;
-    double delay_;
+    std::optional<double> delay_;
+    int& alive_;
 };
 
 class TimelineProvider : public ::testing::Test {
@@ -133,14 +143,47 @@ TEST_F(TimelineProvider, ASilentServiceWithoutASavedPlaceGivesAnEmptyEntry) {
     EXPECT_TRUE(logged(result, "ℹ️ Widget: Will retry in 15 minutes"));
 }
 
-TEST_F(TimelineProvider, ALateLocationStillReachesTheCache) {
-    MoonWidgetTimelineProvider late(
-        queue_, [this] { return std::make_unique<LateLocationManager>(queue_, 10); }, defaults());
-    const auto result = timeline(late, 20);
-    ASSERT_TRUE(result.timeline);
-    EXPECT_FALSE(result.timeline->entries.front().widgetData);
-    EXPECT_TRUE(logged(result, "✅ Widget: Received location: -33.87, 151.21"));
-    EXPECT_EQ(defaults().doubleForKey("WidgetLastLocationLng"), 151.21);
+// A fix that comes after the entry still reaches the cache, and every request's manager is
+// gone within a time-out of its entry.
+TEST_F(TimelineProvider, LateAndBackgroundFixesReachTheCacheAndEveryManagerEnds) {
+    struct Case {
+        bool cached;                  // the widget's cache holds Paris, so the entry comes at once
+        std::optional<double> delay;  // when the service answers; never without one
+        double entryAt, finishedAt;
+        bool fixCached;
+    };
+    for (const auto& [cached, delay, entryAt, finishedAt, fixCached] : std::vector<Case>{
+             {false, 10, 8, 10, true},
+             {false, std::nullopt, 8, 16, false},
+             {true, 3, 0, 3, true},
+             {true, std::nullopt, 0, 8, false},
+             {true, 9, 0, 8, false},
+         }) {
+        SCOPED_TRACE(::testing::Message() << cached << " " << delay.value_or(-1));
+        std::filesystem::remove(folder_ / "group.plist");
+        if (cached) {
+            defaults().setObjects(
+                {{"WidgetLastLocationLat", 48.85},
+                 {"WidgetLastLocationLng", 2.35},
+                 {"WidgetLastLocationTimestamp", queue_.now().timeIntervalSince1970()}});
+        }
+        int alive = 0;
+        std::optional<double> answeredAt, finished;
+        const double start = queue_.now().timeIntervalSince1970();
+        const MoonWidgetTimelineProvider late(
+            queue_, [&] { return std::make_unique<LateLocationManager>(queue_, delay, alive); },
+            defaults());
+        ::testing::internal::CaptureStdout();
+        late.timeline(
+            {}, {}, [&](auto) { answeredAt = queue_.now().timeIntervalSince1970() - start; },
+            [&] { finished = queue_.now().timeIntervalSince1970() - start; });
+        queue_.advance(30);
+        ::testing::internal::GetCapturedStdout();
+        EXPECT_EQ(answeredAt, entryAt);
+        EXPECT_EQ(finished, finishedAt);
+        EXPECT_EQ(alive, 0);
+        EXPECT_EQ(defaults().doubleForKey("WidgetLastLocationLng") == 151.21, fixCached);
+    }
 }
 
 TEST_F(TimelineProvider, PreviewsAndPlaceholdersNeverAskForALocation) {
