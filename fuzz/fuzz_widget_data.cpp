@@ -10,7 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto now = lunoval::Date::fromTimeIntervalSince1970(1760000000);
     auto record =
         lunoval::decodeWidgetData(std::string_view(reinterpret_cast<const char*>(data), size), now);
-    if (record) {
+    // As the widget reads it: a place off the globe is no saved place.
+    if (record && lunoval::isOnTheGlobe({record->latitude, record->longitude})) {
         const lunoval::AstronomySources none{
             .phaseTable = [](int, int) { return std::vector<lunoval::MoonPhaseEvent>{}; },
             .nextPhase =

@@ -24,15 +24,13 @@ std::optional<double> number(const PropertyValue& stored, const char* key) {
     return found->get<double>();
 }
 
-// A stored number, unless a damaged or hand-edited file holds something that is not one.
+// Absent when the key is missing or holds something that is not a number (NaN included); a
+// stamp from the far future is a number, merely young.
 std::optional<double> storedNumber(const PropertyValue& stored, const char* key) {
     const auto value = number(stored, key);
-    return value && std::isfinite(*value) ? value : std::nullopt;
+    return value && !std::isnan(*value) ? value : std::nullopt;
 }
 
-bool isOnTheGlobe(const Location& location) {
-    return std::fabs(location.latitude) <= 90 && std::fabs(location.longitude) <= 180;
-}
 }  // namespace
 
 UserDefaults appGroupDefaults() {
@@ -63,6 +61,8 @@ std::optional<Location> cachedLocation(const UserDefaults& defaults,
     const auto timestamp = storedNumber(stored, kTimestamp);
     const Location cached{number(stored, kLatitude).value_or(0),
                           number(stored, kLongitude).value_or(0)};
+    // No fix lies off the globe, so such a point comes from a damaged or hand-edited file: it
+    // is no cache, rather than a sky drawn for no place.
     if (!timestamp || !isOnTheGlobe(cached)) {
         if (current) {
             log::line("✅ Widget: No cache, using current location and saving it");

@@ -8,6 +8,10 @@
 
 namespace lunoval {
 
+bool isOnTheGlobe(const Location& location) {
+    return std::fabs(location.latitude) <= 90 && std::fabs(location.longitude) <= 180;
+}
+
 double distanceMeters(const Location& from, const Location& to) {
     double meters = 0;
     GeographicLib::Geodesic::WGS84().Inverse(from.latitude, from.longitude, to.latitude,

@@ -20,6 +20,9 @@ struct Location {
 // The accuracy to ask for when the best the device can do is wanted.
 inline constexpr double kBestAccuracy = -1;
 
+// Within ±90° of latitude and ±180° of longitude (so not NaN either).
+bool isOnTheGlobe(const Location& location);
+
 // Geodesic distance on the WGS-84 ellipsoid, in metres.
 double distanceMeters(const Location& from, const Location& to);
 

@@ -18,7 +18,11 @@ std::string coordinates(double latitude, double longitude) {
 std::optional<MoonWidgetData> loadFromAppGroup(const UserDefaults& defaults) {
     const auto data = defaults.dataForKey("widgetData");
     if (!data) return std::nullopt;
-    return decodeWidgetData(*data, device::now());
+    auto record = decodeWidgetData(*data, device::now());
+    // The host app saves only places on the globe: anything else is a damaged document, read
+    // as none rather than drawn as a sky for no place.
+    if (record && !isOnTheGlobe({record->latitude, record->longitude})) return std::nullopt;
+    return record;
 }
 
 std::optional<MoonWidgetData> makeWidgetData(std::optional<Location> location, bool authorized,

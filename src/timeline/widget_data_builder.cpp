@@ -57,19 +57,13 @@ void fillNextPhase(MoonWidgetData& record, Date date, const TimeZone& zone,
     record.nextPhaseTime = nextPhaseText(next->daysUntil);
 }
 
-// A place on the globe at a finite instant; anything else has no sky to describe.
-bool isDescribable(const MoonWidgetData& record, Date date) {
-    return std::fabs(record.latitude) <= 90 && std::fabs(record.longitude) <= 180 &&
-           std::isfinite(date.timeIntervalSince1970());
-}
-
 }  // namespace
 
 void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional<Date> tiltDate,
           const AstronomySources& sources) {
     record.selectedTime = date;
     const auto zone = TimeZone::named(record.timezone);
-    if (!zone || !isDescribable(record, date)) return;
+    if (!zone) return;
     const double latitude = record.latitude;
     const double longitude = record.longitude;
 

@@ -75,17 +75,33 @@ TEST_F(WidgetLocation, ACacheIsYoungUpToADay) {
               "⚠️ Widget: Cached location is too old (24.0 hours)\n");
 }
 
-TEST_F(WidgetLocation, NumbersADamagedFileHoldsAreNoCacheAndNoThrottle) {
-    for (const double bad : {std::nan(""), HUGE_VAL, 1e300}) {
+// A stamp that is missing or not a number is none; any number is one (from the future, merely
+// young). A point off the globe can only come from a damaged file and is no cache.
+TEST_F(WidgetLocation, WhatADamagedFileHolds) {
+    struct Case {
+        const char* key;
+        PropertyValue stored;
+        bool cached, requests;
+    };
+    const double nan = std::nan("");
+    for (const auto& [key, stored, cached, requests] : std::vector<Case>{
+             {"WidgetLastLocationTimestamp", nan, false, true},
+             {"WidgetLastLocationTimestamp", "yesterday", false, true},
+             {"WidgetLastLocationTimestamp", HUGE_VAL, true, true},
+             {"WidgetLastLocationLat", nan, false, true},
+             {"WidgetLastLocationLng", HUGE_VAL, false, true},
+             {"WidgetLastLocationLat", 1e300, false, true},
+             {"WidgetLastLocationRequestTimestamp", nan, true, true},
+             {"WidgetLastLocationRequestTimestamp", "soon", true, true},
+             {"WidgetLastLocationRequestTimestamp", HUGE_VAL, true, false},
+         }) {
         cacheAt(kParis, 60);
-        defaults().setDouble("WidgetLastLocationLat", bad);
-        defaults().setDouble("WidgetLastLocationRequestTimestamp", std::nan(""));
-        EXPECT_FALSE(widgetcache::cachedLocation(defaults(), std::nullopt)) << bad;
-        EXPECT_TRUE(widgetcache::shouldRequestLocation(defaults())) << bad;
-        if (std::isfinite(bad)) continue;  // a far-future stamp is merely young, as on a phone
-        cacheAt(kParis, 60);
-        defaults().setDouble("WidgetLastLocationTimestamp", bad);
-        EXPECT_FALSE(widgetcache::cachedLocation(defaults(), std::nullopt)) << bad;
+        defaults().setObjects({{key, stored}});
+        ::testing::internal::CaptureStdout();
+        EXPECT_EQ(widgetcache::cachedLocation(defaults(), std::nullopt).has_value(), cached)
+            << key << " " << stored;
+        ::testing::internal::GetCapturedStdout();
+        EXPECT_EQ(widgetcache::shouldRequestLocation(defaults()), requests) << key << " " << stored;
     }
 }
 
