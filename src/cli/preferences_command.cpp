@@ -76,7 +76,7 @@ int runPreferences(const CLI::App& command, const PreferencesOptions& options) {
     } else {
         preferences.removeObject(options.key);
     }
-    preferences.synchronize();
+    if (const auto failure = preferences.synchronize()) throw std::runtime_error(*failure);
     return 0;
 }
 

@@ -1,6 +1,5 @@
 #include "locations/legacy_location_list.hpp"
 
-#include <cmath>
 #include <cstdlib>
 
 #include "platform/files.hpp"
@@ -23,9 +22,9 @@ std::vector<std::string> fields(std::string_view text) {
     }
 }
 
+// "nan" and "1e999" stay what they say, so that the list can tell them from a place at 0.
 double leadingDouble(const std::string& text) {
-    const double value = std::strtod(text.c_str(), nullptr);
-    return std::isfinite(value) ? value : 0;
+    return std::strtod(text.c_str(), nullptr);
 }
 
 std::int64_t leadingInteger(const std::string& text) {

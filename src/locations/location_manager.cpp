@@ -7,6 +7,8 @@
 #include "locations/widget_location_cache.hpp"
 #include "locations/widget_reloader.hpp"
 #include "platform/device.hpp"
+#include "platform/log.hpp"
+#include "platform/number_text.hpp"
 #include "platform/standard_directories.hpp"
 
 namespace lunoval {
@@ -33,14 +35,50 @@ std::pair<std::string, std::int64_t> deviceZone() {
     return {zone.identifier(), offset.count()};
 }
 
-double numberIn(const PropertyValue& dictionary, const char* key) {
+std::optional<double> numberIn(const PropertyValue& dictionary, const char* key) {
     const auto item = dictionary.find(key);
-    return item != dictionary.end() && item->is_number() ? item->get<double>() : 0;
+    if (item == dictionary.end() || !item->is_number()) return std::nullopt;
+    return item->get<double>();
 }
 
 std::string stringIn(const PropertyValue& dictionary, const char* key) {
     const auto item = dictionary.find(key);
     return item != dictionary.end() && item->is_string() ? item->get<std::string>() : "";
+}
+
+std::optional<std::string> offTheGlobe(double latitude, double longitude) {
+    if (std::fabs(latitude) <= 90 && std::fabs(longitude) <= 180) return std::nullopt;
+    return "latitude " + doubleDescription(latitude) + ", longitude " +
+           doubleDescription(longitude) + " is off the globe";
+}
+
+// Why a stored entry is no place, absent when it is one.
+std::optional<std::string> savedEntryProblem(const PropertyValue& saved) {
+    if (!saved.is_object()) return "it is not a dictionary";
+    const auto latitude = numberIn(saved, "latitude");
+    const auto longitude = numberIn(saved, "longitude");
+    if (!latitude || !longitude) return "its latitude or longitude is not a number";
+    if (auto problem = offTheGlobe(*latitude, *longitude)) return problem;
+    // Deliberately: such a place counts as never set.
+    if (*latitude == 0 || *longitude == 0) return "it lies on the equator or the prime meridian";
+    return std::nullopt;
+}
+
+std::optional<std::string> legacyLineProblem(const LegacyLocationLine& line) {
+    if (auto problem = offTheGlobe(line.latitude, line.longitude)) return problem;
+    if (!TimeZone::named(line.timezoneId)) return "unknown time zone '" + line.timezoneId + "'";
+    return std::nullopt;
+}
+
+// A selection is a whole number below the count, stored as an integer or a real number.
+std::optional<std::size_t> selectionIn(const std::optional<PropertyValue>& stored,
+                                       std::size_t count) {
+    if (!stored || !stored->is_number()) return std::nullopt;
+    const double index = stored->get<double>();
+    if (!(index >= 0 && index < static_cast<double>(count)) || index != std::floor(index)) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(index);
 }
 
 }  // namespace
@@ -184,34 +222,42 @@ void LocationManager::saveToSharedContainerFile() const {
 void LocationManager::loadFromSharedContainerFile() {
     if (hasLoadedSharedContainerPrefs_) return;
     hasLoadedSharedContainerPrefs_ = true;
-    const auto locations = services_.sharedDefaults.objectForKey(kLocationsKey);
-    if (!locations || !locations->is_array() || locations->empty()) {
+    const auto& defaults = services_.sharedDefaults;
+    const auto locations = defaults.objectForKey(kLocationsKey);
+    if (locations && !locations->is_array()) {
+        // Shown, not stored: what the user keeps there is theirs to mend.
+        log::warning("\"" + std::string(kLocationsKey) + "\" in " + defaults.file().string() +
+                     " is not a list; showing the places without it and keeping it as it is");
+        LoadLocationListFromDisk();
+        return;
+    }
+    if (!locations || locations->empty()) {
         LoadLocationListFromDisk();
         saveToSharedContainerFile();
         return;
     }
     locationList_.erase(locationList_.begin() + 1, locationList_.end());
-    for (const auto& saved : *locations) {
-        if (!saved.is_object()) continue;
-        const double latitude = numberIn(saved, "latitude");
-        const double longitude = numberIn(saved, "longitude");
-        // A place on the equator or the prime meridian counts as never set; one off the globe
-        // (a damaged file) is no place at all.
-        if (latitude == 0 || longitude == 0) continue;
-        if (!(std::fabs(latitude) <= 90 && std::fabs(longitude) <= 180)) continue;
+    for (std::size_t entry = 0; entry < locations->size(); ++entry) {
+        const auto& saved = (*locations)[entry];
+        if (const auto problem = savedEntryProblem(saved)) {
+            log::warning("skipped entry " + std::to_string(entry + 1) + " of \"" + kLocationsKey +
+                         "\" in " + defaults.file().string() + ": " + *problem);
+            continue;
+        }
         GeoLocationData place;
-        place.SetLocation(latitude, longitude, stringIn(saved, "location_name"),
-                          stringIn(saved, "timezoneId"), 0, false);
+        place.SetLocation(*numberIn(saved, "latitude"), *numberIn(saved, "longitude"),
+                          stringIn(saved, "location_name"), stringIn(saved, "timezoneId"), 0,
+                          false);
         locationList_.push_back(std::move(place));
     }
-    const auto selected = services_.sharedDefaults.integerForKey(kSelectedIndexKey);
-    if (selected && *selected >= 0 && static_cast<std::size_t>(*selected) < locationList_.size()) {
-        selectedIndex_ = static_cast<std::size_t>(*selected);
+    if (const auto selected = selectionIn(defaults.objectForKey(kSelectedIndexKey), Count())) {
+        selectedIndex_ = *selected;
     }
 }
 
 void LocationManager::LoadLocationListFromDisk() {
-    const auto lines = readLegacyLocationFile(services_.legacyListFile);
+    const auto& file = services_.legacyListFile;
+    const auto lines = readLegacyLocationFile(file);
     if (!lines) {
         GeoLocationData sanFrancisco;
         // The list has always stored 1 as this default's offset.
@@ -223,11 +269,21 @@ void LocationManager::LoadLocationListFromDisk() {
     locationList_.erase(locationList_.begin() + 1, locationList_.end());
     for (std::size_t i = 0; i < lines->size(); ++i) {
         const auto line = parseLegacyLocationLine((*lines)[i]);
-        if (!line) continue;
+        if (!line) {
+            log::warning("skipped line " + std::to_string(i + 1) + " of " + file.string() +
+                         ": not LAT$$LNG$$NAME$$ZONE$$GMT");
+            continue;
+        }
         if (i == 0) {
             currentLocation().setLatitude(line->latitude);
             currentLocation().setLongitude(line->longitude);
             std::tie(currentLocation().timezoneId, currentLocation().gmtOffset) = deviceZone();
+            continue;
+        }
+        // Taken over, such a place would be dropped by a later load or fail every lookup.
+        if (const auto problem = legacyLineProblem(*line)) {
+            log::warning("skipped \"" + line->name + "\" (line " + std::to_string(i + 1) + " of " +
+                         file.string() + "): " + *problem);
             continue;
         }
         GeoLocationData place;

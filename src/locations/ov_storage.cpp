@@ -49,12 +49,14 @@ void OVStorage::removeObject(std::string_view key) {
     localStore_.erase(std::string(key));
 }
 
-void OVStorage::synchronize() {
+std::optional<std::string> OVStorage::synchronize() {
     if (readDictionaryFile(localPath_).corrupt) keepCorruptFileAside(localPath_);
     try {
         writeFileAtomically(localPath_, propertyListXml(localStore_));
-    } catch (const std::system_error&) {
-        // The store is a convenience; the values stay in memory for this run.
+        return std::nullopt;
+    } catch (const std::system_error& failure) {
+        // The values stay in memory for this run.
+        return failure.what();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/property_value.hpp"
@@ -29,9 +30,10 @@ class OVStorage {
     [[nodiscard]] std::optional<PropertyValue> objectForKey(std::string_view key) const;
     void removeObject(std::string_view key);
     [[nodiscard]] const PropertyValue& entries() const { return localStore_; }
-    // Writes the whole store atomically; a failed write is not reported. A local file that did
-    // not read as a dictionary is kept aside first.
-    void synchronize();
+    // Writes the whole store atomically. A local file that did not read as a dictionary is kept
+    // aside first. The store reports no failure itself; the reason a write failed is returned for
+    // a command whose user asked for it.
+    std::optional<std::string> synchronize();
 
   private:
     std::filesystem::path localPath_;

@@ -13,6 +13,8 @@
 #include <sstream>
 #include <system_error>
 
+#include "platform/log.hpp"
+
 namespace lunoval {
 
 namespace fs = std::filesystem;
@@ -92,8 +94,16 @@ void keepCorruptFileAside(const fs::path& path) {
     const auto stamp = std::chrono::duration_cast<std::chrono::seconds>(
                            std::chrono::system_clock::now().time_since_epoch())
                            .count();
-    std::error_code ignored;
-    fs::rename(path, path.string() + ".corrupt-" + std::to_string(stamp), ignored);
+    const auto stem = path.string() + ".corrupt-" + std::to_string(stamp);
+    for (int copy = 1;; ++copy) {
+        const auto aside = copy == 1 ? stem : stem + "-" + std::to_string(copy);
+        if (::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0) {
+            log::warning(path.string() + " did not read as a property list; kept it as " + aside +
+                         " and started a new one");
+            return;
+        }
+        if (errno != EEXIST) return;
+    }
 }
 
 }  // namespace lunoval

@@ -29,8 +29,9 @@ class FileLock {
     int descriptor_;
 };
 
-// Renames a file that could not be read as what it should be to "<name>.corrupt-<time>", so
-// that the next write does not destroy what the user may still want.
+// Renames a file that could not be read as what it should be to "<name>.corrupt-<time>" (with
+// a further "-<n>" when that name is taken; an earlier copy is never replaced), so that the next
+// write does not destroy what the user may still want, and says so on standard error.
 void keepCorruptFileAside(const std::filesystem::path& path);
 
 }  // namespace lunoval

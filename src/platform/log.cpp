@@ -19,6 +19,12 @@ void line(std::string_view text) {
     std::fflush(stream);
 }
 
+void warning(std::string_view text) {
+    std::scoped_lock lock(writeMutex);
+    std::fprintf(stderr, "lunoval: %.*s\n", static_cast<int>(text.size()), text.data());
+    std::fflush(stderr);
+}
+
 void toStandardError(bool enabled) {
     useStandardError = enabled;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <date/tz.h>
+#include <chrono>
 #include <memory>
 #include <string_view>
 
@@ -15,11 +16,12 @@ namespace lunoval {
 // for ever, dropping daylight saving after 2037.
 class ZoneRule {
   public:
-    // Null when the file has no rule this reader understands.
+    // Null when the file has no rule this reader understands, or one without changes.
     static std::shared_ptr<const ZoneRule> forZone(std::string_view identifier);
     static std::shared_ptr<const ZoneRule> parse(std::string_view rule);
 
-    explicit ZoneRule(std::unique_ptr<const Posix::time_zone> rule);
+    // `rule` changes `shift` later than the zone does (see parse).
+    ZoneRule(std::unique_ptr<const Posix::time_zone> rule, std::chrono::seconds shift);
     ~ZoneRule();
     ZoneRule(const ZoneRule&) = delete;
     ZoneRule& operator=(const ZoneRule&) = delete;
@@ -29,6 +31,7 @@ class ZoneRule {
 
   private:
     std::unique_ptr<const Posix::time_zone> rule_;
+    std::chrono::seconds shift_;
 };
 
 }  // namespace lunoval

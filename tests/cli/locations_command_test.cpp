@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -102,6 +103,22 @@ TEST_F(HostAppCommands, BadInputAndACorruptListChangeNothing) {
     EXPECT_EQ(corrupt.status, 1);
     EXPECT_NE(corrupt.err.find("is not a property list"), std::string::npos);
     EXPECT_EQ(readWholeFile(defaultsFile()), "<plist><dict><key>");
+
+    // The widget's side starts a new file, keeping each damaged one under a name of its own.
+    for (const char* damaged : {"<plist><dict><key>", "<plist><array>"}) {
+        std::ofstream(defaultsFile()) << damaged;
+        const auto widget = run("timeline --json --location 48.85,2.35");
+        EXPECT_EQ(widget.status, 0);
+        const auto said = "lunoval: " + defaultsFile().string() +
+                          " did not read as a property list; kept it as " +
+                          defaultsFile().string() + ".corrupt-";
+        EXPECT_NE(("\n" + widget.err).find("\n" + said), std::string::npos) << widget.err;
+    }
+    int keptAside = 0;
+    for (const auto& entry : fs::directory_iterator(defaultsFile().parent_path())) {
+        keptAside += entry.path().filename().string().find(".corrupt-") != std::string::npos;
+    }
+    EXPECT_EQ(keptAside, 2);
 }
 
 TEST_F(HostAppCommands, StoredPreferencesStandInForMissingOptions) {
@@ -124,6 +141,13 @@ TEST_F(HostAppCommands, StoredPreferencesStandInForMissingOptions) {
     EXPECT_EQ(corrupt.status, 1);
     EXPECT_EQ(readWholeFile(storeFile()), "garbage");
     EXPECT_EQ(run("moon --scale 2 --out " + (home_ / "m.png").string()).status, 0);
+
+    std::ofstream(home_ / "not-a-folder");
+    const auto unwritable =
+        testing::runLunoval("preferences set scale 2",
+                            environment() + " XDG_DATA_HOME=" + (home_ / "not-a-folder").string());
+    EXPECT_EQ(unwritable.status, 1);
+    EXPECT_EQ(std::count(unwritable.err.begin(), unwritable.err.end(), '\n'), 1) << unwritable.err;
 }
 
 }  // namespace

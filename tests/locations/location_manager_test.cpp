@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include "temp_folder.hpp"
 
 #include "platform/device.hpp"
+#include "platform/files.hpp"
 #include "platform/widget_center.hpp"
 
 namespace lunoval {
@@ -172,7 +174,7 @@ TEST_F(SavedPlaces, AddingASavedNameReplacesItWhereItStandsWithoutSaving) {
     EXPECT_EQ((*saved)[0]["timezoneId"], "Asia/Tokyo");
 }
 
-TEST_F(SavedPlaces, LoadingSkipsUnsetPlacesAndASelectionBeyondTheList) {
+TEST_F(SavedPlaces, LoadingSkipsUnsetPlacesAndASelectionBeyondTheListWithAWordEach) {
     const auto place = [](double latitude, double longitude, const char* name) {
         return PropertyValue{{"latitude", latitude},
                              {"longitude", longitude},
@@ -181,11 +183,19 @@ TEST_F(SavedPlaces, LoadingSkipsUnsetPlacesAndASelectionBeyondTheList) {
     };
     defaults_.setObjects(
         {{"locations",
-          {place(0, 5, "equator"), place(5, 0, "meridian"), place(std::nan(""), 5, "damaged"),
-           place(5, 1e300, "off the globe"), place(-33.87, 151.21, "Sydney")}},
+          {place(0, 5, "equator"),
+           place(5, 0, "meridian"),
+           place(std::nan(""), 5, "damaged"),
+           place(5, 1e300, "off the globe"),
+           "Quito",
+           {{"latitude", "-0.18"}, {"longitude", -78.47}, {"location_name", "text"}},
+           place(-33.87, 151.21, "Sydney")}},
          {"selectedIndex", 2}});
+    ::testing::internal::CaptureStderr();
     auto& list = manager();
     list.loadFromSharedContainerFile();
+    const auto said = ::testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 6) << said;
     EXPECT_EQ(list.Count(), 2U);
     EXPECT_EQ(list.GetLocationDataAtIndex(1)->name, "Sydney");
     EXPECT_EQ(list.GetSelectedLocationIndex(), 0U);
@@ -195,14 +205,50 @@ TEST_F(SavedPlaces, LoadingSkipsUnsetPlacesAndASelectionBeyondTheList) {
     EXPECT_EQ(list.GetSelectedLocationIndex(), 0U);
 }
 
+TEST_F(SavedPlaces, LoadingReadsWhatTheStoredValuesSayAndNeverWritesThem) {
+    struct Case {
+        PropertyValue locations, selectedIndex;
+        const char* names;
+        std::size_t selected;
+    };
+    const PropertyValue places = {
+        {{"latitude", 10}, {"longitude", 20.5}, {"timezoneId", "UTC"}, {"location_name", "A"}},
+        {{"latitude", 11.5}, {"longitude", 21.5}, {"timezoneId", "UTC"}, {"location_name", "B"}}};
+    const std::vector<Case> cases{
+        {places, 2.0, "AB", 2},  // a whole number stored as a real one
+        {places, 1.5, "AB", 0},
+        {places, -1.0, "AB", 0},
+        {places, "1", "AB", 0},
+        {"Quito", 1, "San Francisco, CA", 0},  // not a list: shown, but not stored
+        {{{"location_name", "Quito"}}, 1, "San Francisco, CA", 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.locations.dump() + " " + c.selectedIndex.dump());
+        defaults_.setObjects({{"locations", c.locations}, {"selectedIndex", c.selectedIndex}});
+        const auto before = readWholeFile(defaults_.file());
+        auto& list = manager();
+        list.loadFromSharedContainerFile();
+        EXPECT_EQ(names(list), c.names);
+        EXPECT_EQ(list.GetSelectedLocationIndex(), c.selected);
+        EXPECT_EQ(readWholeFile(defaults_.file()), before);
+    }
+}
+
 TEST_F(SavedPlaces, MigratesTheLegacyListFileOnce) {
     writeLegacyList(
         "<string>51.5$$-0.12$$Here$$Europe/London$$0</string>"
         "<string>35.68$$139.69$$Tokyo$$Asia/Tokyo$$32400</string>"
         "<string>not enough$$fields</string>"
+        "<string>91.0$$181.0$$Off the globe$$UTC$$0</string>"
+        "<string>nan$$10$$Damaged$$UTC$$0</string>"
+        "<string>10$$10$$Nowhere$$../../etc/passwd$$0</string>"
         "<string>-33.87$$151.21$$Sydney$$Australia/Sydney$$36000</string>");
+    ::testing::internal::CaptureStderr();
     auto& list = manager();
     list.loadFromSharedContainerFile();
+    const auto said = ::testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 4) << said;
+    EXPECT_NE(said.find("../../etc/passwd"), std::string::npos);
     const auto& device = list.userCurrentLocation();
     EXPECT_EQ(device.name, "Current Location");
     EXPECT_EQ(device.latitude, 51.5);

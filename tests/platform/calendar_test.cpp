@@ -7,6 +7,7 @@
 
 #include "astro/test_dates.hpp"
 #include "platform/date_formatter.hpp"
+#include "platform/zone_rule.hpp"
 
 namespace lunoval {
 namespace {
@@ -41,6 +42,10 @@ TEST(TimeZone, KeepsDaylightSavingAfterTheLastListedChange) {
         {"Australia/Sydney", utc(2100, 1, 1), 11 * 3600},
         {"America/Santiago", utc(2060, 1, 15), -3 * 3600},
         {"Asia/Kathmandu", utc(2090, 1, 15), 5 * 3600 + 45 * 60},
+        // Greenland's rule changes at -1:00, the day before the last Sunday of March.
+        {"America/Nuuk", utc(2059, 7, 1), -3600},
+        {"America/Nuuk", utc(2059, 3, 30, 0, 59), -2 * 3600},
+        {"America/Nuuk", utc(2059, 3, 30, 1, 0), -3600},
     };
     for (const auto& [name, instant, offset] : cases) {
         EXPECT_EQ(TimeZone::named(name)->offsetFromUTC(instant)->count(), offset) << name;
@@ -48,6 +53,27 @@ TEST(TimeZone, KeepsDaylightSavingAfterTheLastListedChange) {
     // Wall-clock times follow the rule too: 2050-03-27 starts summer time in Berlin at 02:00.
     EXPECT_EQ(in("Europe/Berlin").dateBySettingTime(2, 30, 0, utc(2050, 3, 27, 12)),
               utc(2050, 3, 27, 1, 0));
+}
+
+TEST(ZoneRule, ReadsChangesAtAnyHourFileRulesAllow) {
+    // Changes from -167 to 167 hours after the start of their day.
+    const std::vector<std::tuple<const char*, Date, int>> cases{
+        {"AAA0BBB,M3.5.0/150,M10.5.0/167", utc(2059, 4, 5, 5, 59), 0},
+        {"AAA0BBB,M3.5.0/150,M10.5.0/167", utc(2059, 4, 5, 6, 0), 3600},
+        {"AAA0BBB,M3.5.0/150,M10.5.0/167", utc(2059, 11, 1, 21, 59), 3600},
+        {"AAA0BBB,M3.5.0/150,M10.5.0/167", utc(2059, 11, 1, 22, 0), 0},
+        {"AAA0BBB,M3.5.0/-100,M10.5.0/-20:30", utc(2059, 3, 25, 19, 59), 0},
+        {"AAA0BBB,M3.5.0/-100,M10.5.0/-20:30", utc(2059, 3, 25, 20, 0), 3600},
+        {"AAA0BBB,M3.5.0/-100,M10.5.0/-20:30", utc(2059, 10, 25, 2, 29), 3600},
+        {"AAA0BBB,M3.5.0/-100,M10.5.0/-20:30", utc(2059, 10, 25, 2, 30), 0},
+    };
+    for (const auto& [text, instant, offset] : cases) {
+        const auto rule = ZoneRule::parse(text);
+        ASSERT_TRUE(rule) << text;
+        const auto at =
+            date::sys_seconds{std::chrono::seconds{std::llround(instant.timeIntervalSince1970())}};
+        EXPECT_EQ(rule->sysInfo(at).offset.count(), offset) << text;
+    }
 }
 
 TEST(Calendar, StartOfDayIsLocalMidnightOrTheFirstInstantAfterASkippedOne) {
@@ -62,6 +88,7 @@ TEST(Calendar, StartOfDayIsLocalMidnightOrTheFirstInstantAfterASkippedOne) {
         {"America/Santiago", utc(2024, 9, 8, 15, 0), utc(2024, 9, 8, 4, 0)},
         // Havana repeats 00:00-01:00 on 2024-11-03: the day starts at the first midnight.
         {"America/Havana", utc(2024, 11, 3, 15, 0), utc(2024, 11, 3, 4, 0)},
+        {"America/Nuuk", utc(2059, 8, 2, 3, 10), utc(2059, 8, 2, 1, 0)},
     };
     for (const auto& [zone, instant, expected] : cases) {
         EXPECT_EQ(in(zone).startOfDay(instant), expected) << zone;

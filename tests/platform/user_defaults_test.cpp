@@ -4,6 +4,7 @@
 
 #include <sys/wait.h>
 #include <unistd.h>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include "temp_folder.hpp"
@@ -83,24 +84,34 @@ TEST_F(UserDefaultsFile, TwoProcessesWritingAtOnceLoseNothing) {
     }
 }
 
-TEST_F(UserDefaultsFile, ACorruptFileReadsAsEmptyAndIsKeptAsideOnTheNextWrite) {
+TEST_F(UserDefaultsFile, ACorruptFileReadsAsEmptyAndIsKeptAsideOnTheNextWriteWithAWord) {
     fs::create_directories(folder_);
-    const std::string garbage = "<plist><dict><key>WidgetLastLocationLat</key><real>4";
-    std::ofstream(folder_ / "group.plist") << garbage;
+    const std::vector<std::string> damaged{"<plist><dict><key>WidgetLastLocationLat</key><real>4",
+                                           "<plist><array>"};
+    for (const auto& garbage : damaged) {  // twice within a second: neither copy is lost
+        std::ofstream(folder_ / "group.plist") << garbage;
+        EXPECT_FALSE(defaults().doubleForKey("WidgetLastLocationLat"));
+        EXPECT_EQ(readWholeFile(folder_ / "group.plist"), garbage);
 
-    EXPECT_FALSE(defaults().doubleForKey("WidgetLastLocationLat"));
-    EXPECT_EQ(readWholeFile(folder_ / "group.plist"), garbage);
-
-    defaults().setDouble("WidgetLastLocationLng", 2.35);
-    EXPECT_EQ(defaults().doubleForKey("WidgetLastLocationLng"), 2.35);
-    int keptAside = 0;
+        ::testing::internal::CaptureStderr();
+        defaults().setDouble("WidgetLastLocationLng", 2.35);
+        const auto said = ::testing::internal::GetCapturedStderr();
+        EXPECT_EQ(defaults().doubleForKey("WidgetLastLocationLng"), 2.35);
+        EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+        EXPECT_NE(said.find((folder_ / "group.plist").string() + " did not read"),
+                  std::string::npos);
+        const std::string keptAs = "kept it as ";
+        const auto at = said.find(keptAs) + keptAs.size();
+        EXPECT_EQ(readWholeFile(said.substr(at, said.find(" and ", at) - at)), garbage) << said;
+    }
+    std::vector<std::string> keptAside;
     for (const auto& entry : fs::directory_iterator(folder_)) {
         if (entry.path().filename().string().starts_with("group.plist.corrupt-")) {
-            ++keptAside;
-            EXPECT_EQ(readWholeFile(entry.path()), garbage);
+            keptAside.push_back(readWholeFile(entry.path()).value_or(""));
         }
     }
-    EXPECT_EQ(keptAside, 1);
+    std::sort(keptAside.begin(), keptAside.end());
+    EXPECT_EQ(keptAside, (std::vector<std::string>{damaged[1], damaged[0]}));
 }
 
 TEST(UserDefaultsSuite, LivesUnderTheConfigFolder) {
