@@ -3,6 +3,10 @@
 #include <exception>
 #include <iostream>
 #include <string_view>
+#include <system_error>
+
+#include "platform/bundle.hpp"
+#include "platform/installation.hpp"
 
 namespace lunoval::cli {
 
@@ -17,7 +21,23 @@ int fail(std::string_view message, int status) {
 
 }  // namespace
 
+void requireInstalledData() {
+    const auto framework = BundleLocator::standard().bundle(kFrameworkBundleIdentifier);
+    if (!framework || !framework->url("events", "txt", "Data")) {
+        throw std::runtime_error("cannot find the phase tables and the eclipse catalogue in " +
+                                 installation::dataDirectory().string() +
+                                 " (reinstall lunoval, or name their folder in "
+                                 "LUNOVAL_RESOURCE_PATH)");
+    }
+    std::error_code error;
+    if (!std::filesystem::is_directory(installation::localeDirectory(), error)) {
+        throw std::runtime_error("cannot find the translations in " +
+                                 installation::localeDirectory().string() + " (reinstall lunoval)");
+    }
+}
+
 CommandLine::CommandLine() {
+    app.set_version_flag("--version", "lunoval " LUNOVAL_VERSION);
     app.require_subcommand(1);
     app.fallthrough();
     addDeviceOptions(app, device);

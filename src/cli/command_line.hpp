@@ -21,4 +21,8 @@ struct CommandLine {
     DeviceOptions device;
 };
 
+// The phase tables, the eclipse catalogue and the translations the program was installed with;
+// throws when they are missing, since no answer would be right without them.
+void requireInstalledData();
+
 }  // namespace lunoval::cli

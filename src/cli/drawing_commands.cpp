@@ -7,19 +7,13 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "platform/installation.hpp"
+
 namespace lunoval::cli {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-// Beside this program in a build, else where it is installed.
-fs::path drawingProgram() {
-    std::error_code error;
-    auto beside = fs::read_symlink("/proc/self/exe", error).parent_path() / "lunoval-draw";
-    if (!error && fs::exists(beside, error)) return beside;
-    return LUNOVAL_INSTALLED_DRAWING_PROGRAM;
-}
 
 }  // namespace
 
@@ -35,7 +29,7 @@ std::vector<const CLI::App*> addDrawingCommands(CLI::App& app) {
 }
 
 void runDrawingProgram(char** argv) {
-    const auto program = drawingProgram();
+    const auto program = installation::drawingProgram();
     // The new program starts with empty buffers.
     std::cout.flush();
     execv(program.c_str(), argv);

@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
 
     return commandLine.run(argc, argv, [&] {
         applyDeviceOptions(commandLine.device);
+        requireInstalledData();
         applyPreferences(*moonCommand, moon.scale,
                          [&](const auto& folder) { moon.out = folder / moon.out; });
         applyPreferences(*renderCommand, render.render.scale, [&](const auto& folder) {

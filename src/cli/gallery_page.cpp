@@ -72,6 +72,10 @@ std::string galleryPage(const std::vector<GalleryItem>& items, const MoonWidgetE
                            "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
                            "<title>Lunoval widgets</title><style>") +
                        kStyle + "</style></head><body>\n<h1>Lunoval widgets</h1>\n";
+    // Previews and a place-less entry both mean the widgets have nowhere to look from yet.
+    if (!entry.widgetData || entry.widgetData->isPlaceholder) {
+        page += "<p>No place yet: add yours with <code>lunoval locations add CITY</code>.</p>\n";
+    }
     for (std::size_t i = 0; i < items.size(); ++i) {
         const auto& widget = items[i].widget;
         if (i == 0 || items[i - 1].widget.kind != widget.kind) {

@@ -4,9 +4,12 @@
 #include <iostream>
 
 #include "cli/device_options.hpp"
+#include "cli/place_names.hpp"
 #include "locations/location_manager.hpp"
 #include "locations/widget_location_cache.hpp"
 #include "locations/widget_reloader.hpp"
+#include "places/place_search.hpp"
+#include "places/world_locations.hpp"
 #include "platform/device.hpp"
 #include "platform/files.hpp"
 #include "platform/number_text.hpp"
@@ -83,8 +86,23 @@ int list(const LocationManager& manager, bool json) {
     return 0;
 }
 
+GeoLocationData placeOf(const places::Place& city) {
+    GeoLocationData place;
+    const auto zone = TimeZone::named(city.timezone);
+    const auto offset = zone ? zone->offsetFromUTC(device::now()) : std::nullopt;
+    place.SetLocation(city.latitude, city.longitude, city.name, city.timezone,
+                      offset.value_or(std::chrono::seconds{0}).count(), false);
+    return place;
+}
+
 GeoLocationData newPlace(const LocationsOptions& options) {
     if (options.name.empty()) throw UsageError("a place needs a name");
+    if (options.latitude.empty() && options.longitude.empty() && options.zone.empty()) {
+        return placeOf(placeNamed(options.name));
+    }
+    if (options.latitude.empty() || options.longitude.empty() || options.zone.empty()) {
+        throw UsageError("add takes a city's name alone, or NAME LATITUDE LONGITUDE ZONE");
+    }
     const auto where =
         LocationService::parseCoordinates(options.latitude + "," + options.longitude);
     if (!where) {
@@ -103,6 +121,13 @@ GeoLocationData newPlace(const LocationsOptions& options) {
     place.SetLocation(where->latitude, where->longitude, options.name, zone->identifier(),
                       offset.count(), false);
     return place;
+}
+
+int search(const std::string& name) {
+    const auto found = places::search(places::cities(), name);
+    for (const auto& place : found) std::cout << cityLine(place) << "\n";
+    if (found.empty()) std::cerr << "lunoval: no place named '" << name << "'\n";
+    return found.empty() ? 1 : 0;
 }
 
 int add(LocationManager& manager, GeoLocationData place, const std::string& name) {
@@ -174,11 +199,17 @@ CLI::App* addLocationsCommand(CLI::App& app, LocationsOptions& options) {
     command->require_subcommand(1);
     command->add_subcommand("list", "Every place; * marks the selected one")
         ->add_flag("--json", options.json, "One JSON object");
-    auto* add = command->add_subcommand("add", "Save a place (one of the same name is replaced)");
-    add->add_option("name", options.name, "The place's name")->required();
-    add->add_option("latitude", options.latitude, "Degrees, north positive")->required();
-    add->add_option("longitude", options.longitude, "Degrees, east positive")->required();
-    add->add_option("zone", options.zone, "Its time zone, such as Europe/Paris")->required();
+    auto* add = command->add_subcommand(
+        "add", "Save a city by name, or any place by NAME LAT LNG ZONE (one of the same name "
+               "is replaced)");
+    add->add_option("name", options.name, "A city, such as Paris or \"Quito, Ecuador\"")
+        ->required();
+    add->add_option("latitude", options.latitude, "Degrees, north positive");
+    add->add_option("longitude", options.longitude, "Degrees, east positive");
+    add->add_option("zone", options.zone, "Its time zone, such as Europe/Paris");
+    command->add_subcommand("search", "Cities of the world locations by name")
+        ->add_option("name", options.name, "A city's name, or its beginning")
+        ->required();
     command->add_subcommand("remove", "Remove a saved place")
         ->add_option("index", options.index, "Its index")
         ->required();
@@ -194,6 +225,7 @@ CLI::App* addLocationsCommand(CLI::App& app, LocationsOptions& options) {
 
 int runLocations(const CLI::App& command, const LocationsOptions& options) {
     const auto name = command.get_subcommands().front()->get_name();
+    if (name == "search") return search(options.name);
     // An edit reads the whole list and writes it back; two at once would lose one. An update
     // writes no list, and may wait minutes for a fix.
     std::optional<FileLock> editing;
@@ -205,7 +237,8 @@ int runLocations(const CLI::App& command, const LocationsOptions& options) {
     }
     if (name == "add") {
         auto place = newPlace(options);  // checked before the list is touched
-        return add(loadedManager(), std::move(place), options.name);
+        const auto saved = place.name;
+        return add(loadedManager(), std::move(place), saved);
     }
     auto& manager = loadedManager();
     if (name == "list") return list(manager, options.json);

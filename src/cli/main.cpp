@@ -34,6 +34,9 @@ int main(int argc, char** argv) {
         // The drawing program reads the device options itself.
         if (std::ranges::any_of(drawingCommands, &CLI::App::parsed)) runDrawingProgram(argv);
         applyDeviceOptions(commandLine.device);
+        if (recordCommand->parsed() || eclipsesCommand->parsed() || timelineCommand->parsed()) {
+            requireInstalledData();
+        }
         if (recordCommand->parsed()) return runRecord(record);
         if (eclipsesCommand->parsed()) return runEclipses(eclipses);
         if (timelineCommand->parsed()) return runTimeline(timeline);

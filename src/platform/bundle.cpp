@@ -1,5 +1,7 @@
 #include "platform/bundle.hpp"
 
+#include "platform/installation.hpp"
+
 #include <cstdlib>
 #include <system_error>
 
@@ -26,8 +28,7 @@ BundleLocator BundleLocator::standard() {
             rest = colon == std::string_view::npos ? std::string_view{} : rest.substr(colon + 1);
         }
     }
-    locator.searchRoots.emplace_back(LUNOVAL_SOURCE_RESOURCES);
-    locator.searchRoots.emplace_back(LUNOVAL_INSTALLED_RESOURCES);
+    locator.searchRoots.push_back(installation::dataDirectory());
     return locator;
 }
 

@@ -23,7 +23,7 @@ struct Bundle {
 struct BundleLocator {
     std::vector<std::filesystem::path> searchRoots;
 
-    // $LUNOVAL_RESOURCE_PATH (colon-separated), then the source tree, then the install prefix.
+    // $LUNOVAL_RESOURCE_PATH (colon-separated), then the installation's data folder.
     static BundleLocator standard();
 
     [[nodiscard]] std::optional<Bundle> bundle(std::string_view identifier) const;

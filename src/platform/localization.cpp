@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/device.hpp"
+#include "platform/installation.hpp"
 
 // Bumped to make gettext drop the translations it has looked up (documented by GNU gettext).
 extern "C" int _nl_msg_cat_cntr;  // NOLINT(bugprone-reserved-identifier)
@@ -18,11 +19,6 @@ namespace {
 
 constexpr const char* kTextDomain = "lunoval";
 
-// The catalogues of this build, else those installed with the program.
-const char* localeDirectory() {
-    return std::filesystem::is_directory(LUNOVAL_BUILD_LOCALE_DIR) ? LUNOVAL_BUILD_LOCALE_DIR
-                                                                   : LUNOVAL_INSTALLED_LOCALE_DIR;
-}
 
 // "pt_BR" looks in pt_BR, then pt.
 std::string languageList(const std::string& locale) {
@@ -37,7 +33,7 @@ void useDeviceLanguage() {
     static std::string active;
     const std::scoped_lock lock(mutex);
     static const bool bound = [] {
-        bindtextdomain(kTextDomain, localeDirectory());
+        bindtextdomain(kTextDomain, installation::localeDirectory().c_str());
         bind_textdomain_codeset(kTextDomain, "UTF-8");
         if (std::string_view(std::setlocale(LC_MESSAGES, nullptr)) == "C") {
             std::setlocale(LC_MESSAGES, "C.UTF-8");

@@ -141,7 +141,10 @@ std::unique_ptr<PlatformLocationManager> makePlatformLocationManager(const Locat
     if (service.kind == geoclue || (service.kind == automatic && geoClueIsPresent())) {
         return makeGeoClueLocationManager(queue);
     }
-    if (service.kind == automatic) return makePlatformLocationManager({undetermined}, queue);
+    // Without GeoClue the machine has location services that never find a fix: the widget
+    // then falls back to the saved place at once instead of asking for a permission nobody
+    // could give.
+    if (service.kind == automatic) return makePlatformLocationManager({unavailable}, queue);
     return std::make_unique<StandInLocationManager>(service, queue);
 }
 

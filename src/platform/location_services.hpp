@@ -88,7 +88,7 @@ class PlatformLocationManager {
 
 // The stand-in services a device can be set up with.
 struct LocationService {
-    // `automatic` is GeoClue where it is on the system bus, else `undetermined`. `late` knows no
+    // `automatic` is GeoClue where it is on the system bus, else `unavailable`. `late` knows no
     // position until asked, and answers a request after its delay.
     enum class Kind { automatic, geoclue, fixed, late, denied, undetermined, unavailable, silent };
     Kind kind = Kind::undetermined;

@@ -86,6 +86,35 @@ TEST_F(HostAppCommands, UpdatesEndAsLocationServicesAnswer) {
     }
 }
 
+// Cities by name from the world locations: one meant, several possible, none known.
+TEST_F(HostAppCommands, PlacesByName) {
+    struct Case {
+        const char* name;
+        int status;
+        const char* zoneOrMessage;  // the saved place's zone, else a part of the error
+    };
+    for (const auto& [name, status, expected] : std::vector<Case>{
+             {"Paris", 0, "Europe/Paris"},                 // not Paris, Texas or Illinois
+             {"paris, texas", 0, "America/Chicago"},       // narrowed by its state
+             {"Quito, Ecuador", 0, "America/Guayaquil"},
+             {"São Paulo", 0, "America/Sao_Paulo"},
+             {"ZURICH", 0, "Europe/Zurich"},               // no accent, any case
+             {"Springfield", 2, "Springfield, Illinois"},  // several, none a zone's namesake
+             {"Xyzzyville", 2, "no place named 'Xyzzyville'"},
+         }) {
+        const auto added = run("locations add \"" + std::string(name) + "\"");
+        EXPECT_EQ(added.status, status) << name << added.err;
+        if (status != 0) {
+            EXPECT_NE(added.err.find(expected), std::string::npos) << added.err;
+            continue;
+        }
+        EXPECT_EQ(list().at("locations").back().at("timezoneId"), expected) << name;
+    }
+    const auto search = run("locations search Pari");
+    EXPECT_NE(search.out.find("Paris, Texas, United States  "), std::string::npos) << search.out;
+    EXPECT_EQ(run("locations search Xyzzyville").status, 1);
+}
+
 TEST_F(HostAppCommands, BadInputAndACorruptListChangeNothing) {
     ASSERT_EQ(run("locations add Paris 48.8566 2.3522 Europe/Paris").status, 0);
     const auto before = readWholeFile(defaultsFile());

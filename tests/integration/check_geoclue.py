@@ -68,15 +68,23 @@ def a_denied_app_gets_the_permission_record(lunoval):
     expect("App: 2, Widget: false" in err, err)
 
 
-def without_geoclue_nothing_waits(lunoval):
-    status, out, err, seconds, _ = run(timeline(lunoval), ["--no-geoclue"])
-    expect(status == 0 and "App: 0, Widget: false" in err, err)
-    expect(widget_data(out)["needsLocationPermission"] is True, out)
+# Saves and selects a place, then runs the rest of the command line in the same home.
+WITH_A_SAVED_PLACE = """
+"$1" locations add Quito -0.18 -78.47 America/Guayaquil >/dev/null &&
+"$1" locations select 1 >/dev/null && shift && exec "$@"
+"""
+
+
+def without_geoclue_the_saved_place_shows_at_once(lunoval):
     no_bus = {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
-    for options in ([], ["--location-service", "geoclue"]):
-        status, out, err, seconds, _ = run(timeline(lunoval, *options), None, no_bus)
-        expect(status == 0 and "App: 0, Widget: false" in err, err)
-        expect(seconds < 2, f"no system bus took {seconds:.1f} s")
+    for sandbox, environment in ((["--no-geoclue"], None), (None, no_bus)):
+        status, out, err, _, _ = run(timeline(lunoval), sandbox, environment)
+        expect(status == 0 and "App: 3, Widget: true" in err, err)
+        expect(widget_data(out) is None, out)
+        saved = ["sh", "-c", WITH_A_SAVED_PLACE, "sh", lunoval, *timeline(lunoval)]
+        status, out, err, seconds, _ = run(saved, sandbox, environment)
+        expect(status == 0 and widget_data(out)["locationName"] == "Quito", out + err)
+        expect(seconds < 1.5, f"the saved place took {seconds:.1f} s")
 
 
 def an_agent_that_never_answers_meets_the_time_out(lunoval):
@@ -123,7 +131,8 @@ def the_device_update_prints_each_stage(lunoval):
 def main():
     lunoval = os.path.abspath(sys.argv[1])
     scenarios = [a_fix_reaches_the_widget_and_its_cache, a_denied_app_gets_the_permission_record,
-                 without_geoclue_nothing_waits, an_agent_that_never_answers_meets_the_time_out,
+                 without_geoclue_the_saved_place_shows_at_once,
+                 an_agent_that_never_answers_meets_the_time_out,
                  the_device_update_prints_each_stage, a_host_leaves_no_client_behind]
     failures = 0
     for scenario in scenarios:
