@@ -19,6 +19,14 @@ void line(std::string_view text) {
     std::fflush(stream);
 }
 
+void warning(std::string_view text) {
+    std::scoped_lock lock(writeMutex);
+    std::fputs("lunoval: ", stderr);
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fputc('\n', stderr);
+    std::fflush(stderr);
+}
+
 void toStandardError(bool enabled) {
     useStandardError = enabled;
 }

@@ -34,6 +34,35 @@ TEST(RecordCommand, RejectsBadInputWithOneLineAndStatusTwo) {
     }
 }
 
+// Dates are formatted in any locale, and times counted in any zone, the environment or the
+// options name: one that cannot be used says so in one line, and the nearest usable one serves.
+TEST(RecordCommand, AnswersWhateverLocaleOrZoneTheEnvironmentNames) {
+    const std::string record = "record --lat 48.85 --lng 2.35 --at 2025-10-07T03:48:00Z ";
+    const std::string render =
+        "render --kind MoonTimesWidget --family systemMedium --location "
+        "48.85,2.35 --out " +
+        ::testing::TempDir() + "times.png";
+    struct Case {
+        std::string arguments;
+        const char* environment;
+        const char* warning;
+    };
+    for (const auto& [arguments, environment, warning] : {
+             Case{record + "--locale xxxxxxxxxxxx", "", "using en_US_POSIX"},
+             Case{record + "--locale abcdefghijkl_DE", "", "using en_US_POSIX"},
+             Case{record, "LC_ALL=xxxxxxxxxxxx", "using en_US_POSIX"},
+             Case{record, "LC_ALL= LC_MESSAGES=abcdefghijkl_DE.UTF-8", "using en_US_POSIX"},
+             Case{render, "LC_ALL= LANG=abcdefghijkl_DE", "using en_US_POSIX"},
+             Case{record, "TZ=Mars/Olympus", "TZ='Mars/Olympus' names no time zone; using UTC"},
+             Case{record, "TZ=:nonsense", "TZ=':nonsense' names no time zone; using UTC"},
+         }) {
+        const auto run = runLunoval(arguments, environment);
+        EXPECT_EQ(run.status, 0) << arguments << environment << run.err;
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << environment << run.err;
+        EXPECT_NE(run.err.find(warning), std::string::npos) << environment << run.err;
+    }
+}
+
 TEST(RecordCommand, ReadsUnixSecondsAndIsoTimesAlike) {
     const auto unix =
         runLunoval("record --lat 10 --lng 20 --timezone UTC --at @1759808880.5 --json");

@@ -2,9 +2,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/date_formatter.hpp"
 #include "platform/device.hpp"
 #include "platform/location_services.hpp"
 #include "platform/main_queue.hpp"
+#include "platform/usable_locale.hpp"
 
 namespace lunoval {
 namespace {
@@ -59,6 +61,33 @@ TEST(LocationService, ReadsTheDeviceOption) {
     for (const char* bad : {"", "fixed", "fixed:", "fixed:91,0", "fixed:0,181", "fixed:1",
                             "fixed:1,2,3", "fixed:nan,0", "geoclue?", "Denied"}) {
         EXPECT_FALSE(LocationService::parse(bad)) << bad;
+    }
+}
+
+// Dates can be formatted in whatever locale is asked for: one ICU cannot use becomes the
+// nearest it can, and says so.
+TEST(UsableLocale, FallsBackToTheLanguageElsePosixEnglish) {
+    struct Case {
+        std::string asked;
+        std::string usable;
+        bool warns;
+    };
+    for (const auto& [asked, usable, warns] : {
+             Case{"de_DE", "de_DE", false},
+             Case{"de-DE", "de_DE", false},
+             Case{"pt_BR.UTF-8", "pt_BR", false},
+             Case{"xxxxxxxxxxxx", "en_US_POSIX", true},
+             Case{"abcdefghijkl_DE", "en_US_POSIX", true},
+             Case{"qq_QQ", "en_US_POSIX", true},
+             Case{"", "en_US_POSIX", true},
+             Case{"de@numbers=xxxx", "de", true},
+             Case{"de_DE_" + std::string(200, 'X'), "de", true},
+         }) {
+        const auto locale = usableLocale(asked);
+        EXPECT_EQ(locale.identifier, usable) << asked;
+        EXPECT_EQ(locale.warning.has_value(), warns) << asked;
+        const DateFormatter formatter{locale.identifier, TimeZone::utc()};
+        EXPECT_FALSE(formatter.shortTime(kStart).empty()) << asked;
     }
 }
 
