@@ -3,23 +3,26 @@
 #include <date/date.h>
 #include <cmath>
 #include <sstream>
+#include <type_traits>
 
 #include "platform/device.hpp"
+#include "platform/number_text.hpp"
 #include "platform/time_zone.hpp"
 
 namespace lunoval::cli {
 
 namespace {
 
-std::optional<double> parseFiniteNumber(const std::string& text) {
-    std::size_t used = 0;
-    try {
-        const double value = std::stod(text, &used);
-        if (used != text.size() || !std::isfinite(value)) return std::nullopt;
-        return value;
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+// The ISO form reads a year of up to four digits and a sign; "@" seconds keep to the same years.
+constexpr date::year kFirstYear{-9999};
+constexpr date::year kLastYear{9999};
+
+bool isWithinReadableYears(Date instant) {
+    const auto seconds = [](date::sys_days day) {
+        return std::chrono::duration<double>(day.time_since_epoch()).count();
+    };
+    const double t = instant.timeIntervalSince1970();
+    return t >= seconds(kFirstYear / 1 / 1) && t < seconds((kLastYear + date::years{1}) / 1 / 1);
 }
 
 // GCC 12 sees a false "may be used uninitialized" deep inside date::parse.
@@ -60,30 +63,58 @@ LocationService locationService(const DeviceOptions& options) {
     return {LocationService::Kind::automatic};
 }
 
+template <class Number>
+struct Read {
+    using type = Number;
+};
+template <class Number>
+struct Read<std::optional<Number>> {
+    using type = Number;
+};
+
 }  // namespace
 
 std::optional<Date> parseInstant(const std::string& text) {
+    std::optional<Date> instant;
     if (text.starts_with('@')) {
-        const auto seconds = parseFiniteNumber(text.substr(1));
-        if (!seconds) return std::nullopt;
-        return Date::fromTimeIntervalSince1970(*seconds);
+        if (const auto seconds = decimalNumber(std::string_view(text).substr(1))) {
+            instant = Date::fromTimeIntervalSince1970(*seconds);
+        }
+    } else {
+        instant = parseIso8601(text);
     }
-    return parseIso8601(text);
+    if (!instant || !isWithinReadableYears(*instant)) return std::nullopt;
+    return instant;
 }
 
-CLI::Validator coordinateWithin(double limit) {
-    return CLI::Validator(
-        [limit](const std::string& text) -> std::string {
-            const auto value = parseFiniteNumber(text);
-            if (!value || std::fabs(*value) > limit) {
-                std::ostringstream message;
-                message << "'" << text << "' is not a number from " << -limit << " to " << limit;
-                return message.str();
-            }
-            return {};
-        },
-        "NUMBER");
+template <class Target>
+CLI::Option* addNumberOption(CLI::App& app, const std::string& name, Target& value,
+                             const std::string& description, NumberRange range) {
+    using Number = typename Read<Target>::type;
+    constexpr bool whole = std::is_integral_v<Number>;
+    const auto read = [&value, name, range](const std::string& text) {
+        const auto number = decimalNumber(text);
+        if (!number || *number < range.min || *number > range.max ||
+            (whole && std::trunc(*number) != *number)) {
+            std::ostringstream message;
+            message << "'" << text << "' is not " << (whole ? "a whole number" : "a number")
+                    << " from " << range.min << " to " << range.max;
+            throw CLI::ValidationError(name, message.str());
+        }
+        value = static_cast<Number>(*number);
+    };
+    return app.add_option_function<std::string>(name, read, description)
+        ->type_name(whole ? "INTEGER" : "NUMBER");
 }
+
+template CLI::Option* addNumberOption(CLI::App&, const std::string&, double&, const std::string&,
+                                      NumberRange);
+template CLI::Option* addNumberOption(CLI::App&, const std::string&, std::optional<double>&,
+                                      const std::string&, NumberRange);
+template CLI::Option* addNumberOption(CLI::App&, const std::string&, std::optional<int>&,
+                                      const std::string&, NumberRange);
+template CLI::Option* addNumberOption(CLI::App&, const std::string&, long long&, const std::string&,
+                                      NumberRange);
 
 void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
     app.add_option("--at", options.at,
@@ -100,7 +131,11 @@ void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
 void applyDeviceOptions(const DeviceOptions& options) {
     if (options.at) {
         const auto instant = parseInstant(*options.at);
-        if (!instant) throw UsageError("cannot read the time '" + *options.at + "'");
+        if (!instant) {
+            throw UsageError("cannot read the time '" + *options.at +
+                             "' (ISO 8601 with Z or an offset, or @seconds since 1970, in the "
+                             "years -9999 to 9999)");
+        }
         device::fixNow(*instant);
     }
     if (options.timeZone) {

@@ -1,10 +1,10 @@
 #include "platform/location_services.hpp"
 
 #include <GeographicLib/Geodesic.hpp>
-#include <charconv>
 #include <cmath>
 
 #include "platform/geoclue_location_manager.hpp"
+#include "platform/number_text.hpp"
 
 namespace lunoval {
 
@@ -16,16 +16,6 @@ double distanceMeters(const Location& from, const Location& to) {
 }
 
 namespace {
-
-std::optional<double> number(std::string_view text) {
-    double value = 0;
-    const auto* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (text.empty() || error != std::errc{} || stop != end || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
-}
 
 // Answers as the configured service would, through the main queue like the real one.
 class StandInLocationManager : public PlatformLocationManager {
@@ -89,8 +79,8 @@ class StandInLocationManager : public PlatformLocationManager {
 std::optional<Location> LocationService::parseCoordinates(std::string_view text) {
     const auto comma = text.find(',');
     if (comma == std::string_view::npos) return std::nullopt;
-    const auto latitude = number(text.substr(0, comma));
-    const auto longitude = number(text.substr(comma + 1));
+    const auto latitude = decimalNumber(text.substr(0, comma));
+    const auto longitude = decimalNumber(text.substr(comma + 1));
     if (!latitude || !longitude || std::fabs(*latitude) > 90 || std::fabs(*longitude) > 180) {
         return std::nullopt;
     }

@@ -9,7 +9,8 @@ namespace {
 
 using lunoval::testing::runLunoval;
 
-TEST(RecordCommand, RejectsBadInputWithOneLineAndStatusTwo) {
+// A signal would show as status 128 and more.
+TEST(Commands, RejectBadInputWithOneLineAndStatusTwo) {
     for (const char* arguments : {
              "record --lat 91 --lng 0",
              "record --lat -90.5 --lng 0",
@@ -17,12 +18,25 @@ TEST(RecordCommand, RejectsBadInputWithOneLineAndStatusTwo) {
              "record --lat nan --lng 0",
              "record --lat 10 --lng inf",
              "record --lat ten --lng 0",
+             "record --lat 0x10 --lng 0",
              "record --lng 0",
              "record --lat 1 --lng 2 --timezone Mars/Olympus",
              "record --lat 1 --lng 2 --at yesterday",
              "record --lat 1 --lng 2 --at 2025-13-01T00:00:00Z",
              "record --lat 1 --lng 2 --at 2025-10-01T00:00:00",
              "record --lat 1 --lng 2 --at @1e400",
+             "record --lat 1 --lng 2 --at @1e18",
+             "record --lat 1 --lng 2 --at @1e12",
+             "record --lat 1 --lng 2 --at @-4e11",
+             "record --lat 1 --lng 2 --at @0x10",
+             "eclipses --from 0x7E9",
+             "moon --scale nan",
+             "moon --size nan",
+             "moon --size 2048 --scale 8",
+             "moon --phase fullMoon --illumination nan",
+             "moon --phase fullMoon --tilt nan",
+             "render --kind MoonPhaseWidget --scale nan",
+             "gallery --out gallery --scale 0x2",
              "record --lat 1 --lng 2 --frobnicate",
              "",
          }) {

@@ -1,15 +1,20 @@
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/date_formatter.hpp"
 #include "platform/device.hpp"
 #include "platform/location_services.hpp"
 #include "platform/main_queue.hpp"
+#include "platform/number_text.hpp"
 #include "platform/usable_locale.hpp"
 
 namespace lunoval {
 namespace {
+
+using namespace std::string_literals;
 
 const Date kStart = Date::fromTimeIntervalSince1970(1760000000);
 
@@ -54,7 +59,7 @@ TEST(Distance, IsGeodesicOnTheEllipsoid) {
 
 TEST(LocationService, ReadsTheDeviceOption) {
     EXPECT_EQ(LocationService::parse("silent")->kind, LocationService::Kind::silent);
-    const auto fixed = LocationService::parse("fixed:48.85,-2.5");
+    const auto fixed = LocationService::parse("fixed:+48.85,-2.5");
     ASSERT_TRUE(fixed);
     EXPECT_EQ(fixed->fix.latitude, 48.85);
     EXPECT_EQ(fixed->fix.longitude, -2.5);
@@ -62,6 +67,15 @@ TEST(LocationService, ReadsTheDeviceOption) {
                             "fixed:1,2,3", "fixed:nan,0", "geoclue?", "Denied"}) {
         EXPECT_FALSE(LocationService::parse(bad)) << bad;
     }
+}
+
+TEST(DecimalNumber, ReadsWhatPeopleTypeAndNothingElse) {
+    const std::vector<std::pair<std::string, std::optional<double>>> cases{
+        {"48.85", 48.85}, {"+48.85", 48.85}, {"-0.5", -0.5}, {".5", 0.5},  {"1e-3", 0.001},
+        {"16", 16},       {"0x10", {}},      {"inf", {}},    {"-nan", {}}, {"1e400", {}},
+        {"", {}},         {"+", {}},         {"+-1", {}},    {"++1", {}},  {" 1", {}},
+        {"1 ", {}},       {"1,5", {}},       {"1.5x", {}},   {"1\0"s, {}}};
+    for (const auto& [text, expected] : cases) EXPECT_EQ(decimalNumber(text), expected) << text;
 }
 
 // Dates can be formatted in whatever locale is asked for: one ICU cannot use becomes the
