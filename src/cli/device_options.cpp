@@ -3,23 +3,29 @@
 #include <date/date.h>
 #include <cmath>
 #include <sstream>
+#include <type_traits>
 
+#include "cli/place_names.hpp"
+#include "places/world_locations.hpp"
 #include "platform/device.hpp"
+#include "platform/log.hpp"
+#include "platform/number_text.hpp"
 #include "platform/time_zone.hpp"
 
 namespace lunoval::cli {
 
 namespace {
 
-std::optional<double> parseFiniteNumber(const std::string& text) {
-    std::size_t used = 0;
-    try {
-        const double value = std::stod(text, &used);
-        if (used != text.size() || !std::isfinite(value)) return std::nullopt;
-        return value;
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+// The ISO form reads a year of up to four digits and a sign; "@" seconds keep to the same years.
+constexpr date::year kFirstYear{-9999};
+constexpr date::year kLastYear{9999};
+
+bool isWithinReadableYears(Date instant) {
+    const auto seconds = [](date::sys_days day) {
+        return std::chrono::duration<double>(day.time_since_epoch()).count();
+    };
+    const double t = instant.timeIntervalSince1970();
+    return t >= seconds(kFirstYear / 1 / 1) && t < seconds((kLastYear + date::years{1}) / 1 / 1);
 }
 
 // GCC 12 sees a false "may be used uninitialized" deep inside date::parse.
@@ -42,8 +48,15 @@ std::optional<Date> parseIso8601(std::string text) {
 }
 #pragma GCC diagnostic pop
 
-// `--location LAT,LNG` is a fixed service; without either option the device has GeoClue when
-// the system bus offers it.
+void useZone(const std::string& identifier, const std::string& source) {
+    auto zone = TimeZone::named(identifier);
+    if (!zone) return;
+    device::setTimeZone(std::move(*zone));
+    log::warning("time zone " + identifier + ", " + source + " (--timezone chooses another)");
+}
+
+// `--location LAT,LNG` or `--location CITY` is a fixed service; without either option the
+// device has GeoClue when the system bus offers it.
 LocationService locationService(const DeviceOptions& options) {
     if (options.locationService) {
         auto service = LocationService::parse(*options.locationService);
@@ -52,37 +65,78 @@ LocationService locationService(const DeviceOptions& options) {
         }
         return *service;
     }
-    if (options.location) {
-        const auto fix = LocationService::parseCoordinates(*options.location);
-        if (!fix) throw UsageError("cannot read the location '" + *options.location + "'");
+    if (!options.location) return {LocationService::Kind::automatic};
+    if (const auto fix = LocationService::parseCoordinates(*options.location)) {
+        takeZoneOfNearestCity(options, fix->latitude, fix->longitude);
         return {LocationService::Kind::fixed, *fix};
     }
-    return {LocationService::Kind::automatic};
+    const auto city = placeNamed(*options.location);
+    if (!options.timeZone) useZone(city.timezone, "of " + city.description());
+    return {LocationService::Kind::fixed, {city.latitude, city.longitude}};
 }
+
+template <class Number>
+struct Read {
+    using type = Number;
+};
+template <class Number>
+struct Read<std::optional<Number>> {
+    using type = Number;
+};
 
 }  // namespace
 
 std::optional<Date> parseInstant(const std::string& text) {
+    std::optional<Date> instant;
     if (text.starts_with('@')) {
-        const auto seconds = parseFiniteNumber(text.substr(1));
-        if (!seconds) return std::nullopt;
-        return Date::fromTimeIntervalSince1970(*seconds);
+        if (const auto seconds = decimalNumber(std::string_view(text).substr(1))) {
+            instant = Date::fromTimeIntervalSince1970(*seconds);
+        }
+    } else {
+        instant = parseIso8601(text);
     }
-    return parseIso8601(text);
+    if (!instant || !isWithinReadableYears(*instant)) return std::nullopt;
+    return instant;
 }
 
-CLI::Validator coordinateWithin(double limit) {
-    return CLI::Validator(
-        [limit](const std::string& text) -> std::string {
-            const auto value = parseFiniteNumber(text);
-            if (!value || std::fabs(*value) > limit) {
-                std::ostringstream message;
-                message << "'" << text << "' is not a number from " << -limit << " to " << limit;
-                return message.str();
-            }
-            return {};
-        },
-        "NUMBER");
+template <class Target>
+CLI::Option* addNumberOption(CLI::App& app, const std::string& name, Target& value,
+                             const std::string& description, NumberRange range) {
+    using Number = typename Read<Target>::type;
+    constexpr bool whole = std::is_integral_v<Number>;
+    const auto read = [&value, name, range](const std::string& text) {
+        const auto number = decimalNumber(text);
+        if (!number || *number < range.min || *number > range.max ||
+            (whole && std::trunc(*number) != *number)) {
+            std::ostringstream message;
+            message << "'" << text << "' is not " << (whole ? "a whole number" : "a number")
+                    << " from " << range.min << " to " << range.max;
+            throw CLI::ValidationError(name, message.str());
+        }
+        value = static_cast<Number>(*number);
+    };
+    return app.add_option_function<std::string>(name, read, description)
+        ->type_name(whole ? "INTEGER" : "NUMBER");
+}
+
+template CLI::Option* addNumberOption(CLI::App&, const std::string&, double&, const std::string&,
+                                      NumberRange);
+template CLI::Option* addNumberOption(CLI::App&, const std::string&, std::optional<double>&,
+                                      const std::string&, NumberRange);
+template CLI::Option* addNumberOption(CLI::App&, const std::string&, std::optional<int>&,
+                                      const std::string&, NumberRange);
+template CLI::Option* addNumberOption(CLI::App&, const std::string&, long long&, const std::string&,
+                                      NumberRange);
+
+void takeZoneOfNearestCity(const DeviceOptions& options, double latitude, double longitude) {
+    if (options.timeZone) return;
+    try {
+        if (const auto city = places::nearestCity(latitude, longitude)) {
+            useZone(city->timezone, "of " + city->description() + ", the nearest known city");
+        }
+    } catch (const std::runtime_error& error) {
+        log::warning(std::string(error.what()) + "; the machine's time zone stays");
+    }
 }
 
 void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
@@ -91,18 +145,23 @@ void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
     app.add_option("--timezone", options.timeZone, "The device's time zone, such as Europe/Paris");
     app.add_option("--locale", options.locale, "The device's locale, such as de_DE");
     app.add_option("--location", options.location,
-                   "The device's position LAT,LNG (a fixed location service)");
+                   "The device's position, LAT,LNG or a city such as Paris or \"Quito, "
+                   "Ecuador\" (a fixed location service; its zone unless --timezone is given)");
     app.add_option(
         "--location-service", options.locationService,
         "geoclue, fixed:LAT,LNG, late:SECONDS:LAT,LNG, denied, undetermined, unavailable "
         "or silent "
-        "(default: geoclue where the system bus has it, else undetermined)");
+        "(default: geoclue where the system bus has it, else unavailable)");
 }
 
 void applyDeviceOptions(const DeviceOptions& options) {
     if (options.at) {
         const auto instant = parseInstant(*options.at);
-        if (!instant) throw UsageError("cannot read the time '" + *options.at + "'");
+        if (!instant) {
+            throw UsageError("cannot read the time '" + *options.at +
+                             "' (ISO 8601 with Z or an offset, or @seconds since 1970, in the "
+                             "years -9999 to 9999)");
+        }
         device::fixNow(*instant);
     }
     if (options.timeZone) {

@@ -21,11 +21,16 @@ struct DeviceOptions {
 
 void addDeviceOptions(CLI::App& app, DeviceOptions& options);
 
+// Without --timezone, the device takes the zone of the nearest city of the world locations,
+// and says so.
+void takeZoneOfNearestCity(const DeviceOptions& options, double latitude, double longitude);
+
 // Fixes the device clock, zone, locale and location services for the run; throws UsageError
 // on a bad value.
 void applyDeviceOptions(const DeviceOptions& options);
 
-// "@<seconds since 1970>" or ISO 8601 with "Z" or an offset, such as 2026-03-29T00:30:00+01:00.
+// "@<seconds since 1970>" or ISO 8601 with "Z" or an offset, such as 2026-03-29T00:30:00+01:00,
+// in the years -9999 to 9999.
 std::optional<Date> parseInstant(const std::string& text);
 
 // Bad input from the user: one line on standard error, exit status 2.
@@ -33,7 +38,20 @@ struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// A number option that must be finite and within ±limit.
-CLI::Validator coordinateWithin(double limit);
+// The values a number option takes, both ends included.
+struct NumberRange {
+    double min;
+    double max;
+};
+
+// Device pixels per point, for the drawing commands and the stored preference.
+inline constexpr NumberRange kScaleRange{0.25, 8};
+
+// An option read as decimalNumber reads numbers; anything else, or a number outside `range`, is
+// a usage error that names the range and the form expected. Targets: double,
+// std::optional<double>, and whole numbers in std::optional<int> or long long.
+template <class Target>
+CLI::Option* addNumberOption(CLI::App& app, const std::string& name, Target& value,
+                             const std::string& description, NumberRange range);
 
 }  // namespace lunoval::cli

@@ -1,4 +1,5 @@
 #include <malloc.h>
+#include <cstdlib>
 
 #include <CLI/CLI.hpp>
 
@@ -9,6 +10,7 @@
 #include "cli/moon_command.hpp"
 #include "cli/preferences_command.hpp"
 #include "cli/render_command.hpp"
+#include "platform/device.hpp"
 
 namespace {
 
@@ -38,6 +40,10 @@ int main(int argc, char** argv) {
     return commandLine.run(argc, argv, [&] {
         applyDeviceOptions(commandLine.device);
         requireInstalledData();
+        // Fontconfig reads the language from the environment itself, and would warn again
+        // about one that cannot be used.
+        const auto locale = lunoval::device::localeIdentifier();
+        ::setenv("FC_LANG", locale.substr(0, locale.find('_')).c_str(), 1);
         applyPreferences(*moonCommand, moon.scale,
                          [&](const auto& folder) { moon.out = folder / moon.out; });
         applyPreferences(*renderCommand, render.render.scale, [&](const auto& folder) {

@@ -88,16 +88,14 @@ void printLines(const std::vector<Listed>& eclipses, YearRange years) {
 CLI::App* addEclipsesCommand(CLI::App& app, EclipsesOptions& options) {
     auto* command =
         app.add_subcommand("eclipses", "List the catalogued eclipses of a range of years");
-    command->add_option("--from", options.fromYear, "First year (default: the current year)")
-        ->check(CLI::Range(1, 9999));
-    command->add_option("--to", options.toYear, "Last year (default: the year after --from)")
-        ->check(CLI::Range(1, 9999));
-    auto* latitude =
-        command->add_option("--lat", options.latitude, "Latitude in degrees, north positive")
-            ->check(coordinateWithin(90));
-    auto* longitude =
-        command->add_option("--lng", options.longitude, "Longitude in degrees, east positive")
-            ->check(coordinateWithin(180));
+    addNumberOption(*command, "--from", options.fromYear, "First year (default: the current year)",
+                    {1, 9999});
+    addNumberOption(*command, "--to", options.toYear, "Last year (default: the year after --from)",
+                    {1, 9999});
+    auto* latitude = addNumberOption(*command, "--lat", options.latitude,
+                                     "Latitude in degrees, north positive", {-90, 90});
+    auto* longitude = addNumberOption(*command, "--lng", options.longitude,
+                                      "Longitude in degrees, east positive", {-180, 180});
     latitude->needs(longitude);
     longitude->needs(latitude);
     command->add_flag("--json", options.json, "Print one JSON array of the eclipses");

@@ -180,8 +180,9 @@ CLI::App* addHostCommand(CLI::App& app, HostOptions& options) {
         ->add_option("--widgets", options.widgets,
                      "KIND:FAMILY,... (default: every widget in every size it offers)")
         ->delimiter(',');
-    command->add_option("--min-interval", options.minInterval,
-                        "Minutes between refreshes without a reload request (default 15)");
+    addNumberOption(*command, "--min-interval", options.minInterval,
+                    "Minutes between refreshes without a reload request (default 15)",
+                    {0, kMaxMinutes});
     addRenderOptions(*command, options.render);
     command->footer(
         "The device options hold for every refresh; with --at the clock stays at that instant.");
@@ -191,7 +192,7 @@ CLI::App* addHostCommand(CLI::App& app, HostOptions& options) {
 int runHost(const HostOptions& options) {
     requiredOutputFolder(options.out);
     auto items = selectedWidgets(options.widgets);
-    if (!(options.minInterval > 0 && options.minInterval <= kMaxMinutes)) {
+    if (options.minInterval <= 0) {
         throw UsageError("--min-interval must be more than 0 and at most " +
                          counted(kMaxMinutes, "minute"));
     }

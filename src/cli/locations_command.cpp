@@ -210,14 +210,17 @@ CLI::App* addLocationsCommand(CLI::App& app, LocationsOptions& options) {
     command->add_subcommand("search", "Cities of the world locations by name")
         ->add_option("name", options.name, "A city's name, or its beginning")
         ->required();
-    command->add_subcommand("remove", "Remove a saved place")
-        ->add_option("index", options.index, "Its index")
+    // Far more than a list ever holds; savedPlaceIndex says which ones there are.
+    constexpr NumberRange kIndices{0, 999999};
+    addNumberOption(*command->add_subcommand("remove", "Remove a saved place"), "index",
+                    options.index, "Its index", kIndices)
         ->required();
     auto* move = command->add_subcommand("move", "Move a saved place to another index");
-    move->add_option("from", options.index, "Its index")->required();
-    move->add_option("to", options.to, "Its new index")->required();
-    command->add_subcommand("select", "Select a place (0: follow the device) for the widgets")
-        ->add_option("index", options.index, "Its index")
+    addNumberOption(*move, "from", options.index, "Its index", kIndices)->required();
+    addNumberOption(*move, "to", options.to, "Its new index", kIndices)->required();
+    addNumberOption(
+        *command->add_subcommand("select", "Select a place (0: follow the device) for the widgets"),
+        "index", options.index, "Its index", kIndices)
         ->required();
     command->add_subcommand("update", "Find the device's position, printing each stage");
     return command;

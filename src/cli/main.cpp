@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
         if (recordCommand->parsed() || eclipsesCommand->parsed() || timelineCommand->parsed()) {
             requireInstalledData();
         }
-        if (recordCommand->parsed()) return runRecord(record);
+        if (recordCommand->parsed()) return runRecord(record, commandLine.device);
         if (eclipsesCommand->parsed()) return runEclipses(eclipses);
         if (timelineCommand->parsed()) return runTimeline(timeline);
         if (reloadCommand->parsed()) return runReload();

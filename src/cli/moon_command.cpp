@@ -1,5 +1,7 @@
 #include "cli/moon_command.hpp"
 
+#include <sstream>
+
 #include "astro/moon_phase.hpp"
 #include "cli/drawing_commands.hpp"
 #include "cli/render_command.hpp"
@@ -14,6 +16,21 @@ namespace lunoval::cli {
 namespace {
 
 using Solar::PhaseType;
+
+// The largest widget, 382 points high, is 3056 pixels at the largest scale; discs of up to 8192
+// pixels a side (256 MB while drawn) leave room for print, and a slip of the keyboard such as
+// --size 2048 --scale 8 is refused instead of taking gigabytes and seconds.
+constexpr double kMaxPixelsPerSide = 8192;
+
+void requireDrawableSize(const MoonOptions& options) {
+    if (options.size * options.scale > kMaxPixelsPerSide) {
+        std::ostringstream message;
+        message << "a disc of " << options.size << " points at scale " << options.scale
+                << " is too large: at most " << kMaxPixelsPerSide
+                << " pixels a side (--size times --scale)";
+        throw UsageError(message.str());
+    }
+}
 
 // Accepts the displayed name ("Waxing Gibbous") or the case name ("waxingGibbous").
 std::optional<PhaseType> phaseNamed(const std::string& name) {
@@ -70,18 +87,16 @@ Solar::SimpleMoonPhase devicePhase(bool& hasPlace) {
 
 CLI::App* addMoonCommand(CLI::App& app, MoonOptions& options) {
     auto* command = app.add_subcommand(kMoonCommand.name, kMoonCommand.description);
-    command->add_option("--size", options.size, "Side of the picture in points")
-        ->check(CLI::Range(1.0, 2048.0));
-    command->add_option("--scale", options.scale, "Device pixels per point")
-        ->check(CLI::Range(0.25, 8.0));
+    addNumberOption(*command, "--size", options.size, "Side of the picture in points", {1, 2048});
+    addNumberOption(*command, "--scale", options.scale, "Device pixels per point", kScaleRange);
     command->add_option("--out", options.out, "The image: .png, .svg or .pdf");
     auto* phase = command->add_option(
         "--phase", options.phase, "A phase by name, such as \"Waxing Gibbous\" or waxingGibbous");
-    command->add_option("--illumination", options.illumination, "Lit fraction, 0 to 1")
-        ->check(CLI::Range(0.0, 1.0))
+    addNumberOption(*command, "--illumination", options.illumination, "Lit fraction, 0 to 1",
+                    {0, 1})
         ->needs(phase);
-    command->add_option("--tilt", options.tilt, "Tilt of the lit side in degrees")
-        ->check(CLI::Range(-360.0, 360.0))
+    addNumberOption(*command, "--tilt", options.tilt, "Tilt of the lit side in degrees",
+                    {-360, 360})
         ->needs(phase);
     command->add_flag("--no-rotation", options.noRotation, "Do not turn the disc by its tilt");
     return command;
@@ -89,6 +104,7 @@ CLI::App* addMoonCommand(CLI::App& app, MoonOptions& options) {
 
 int runMoon(const MoonOptions& options) {
     requireImageFormat(options.out);
+    requireDrawableSize(options);
     bool hasPlace = true;
     const auto phase = options.phase ? givenPhase(options) : devicePhase(hasPlace);
     const SimpleMoonPhaseView disc{.moonPhase = phase,

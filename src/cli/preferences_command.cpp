@@ -1,6 +1,7 @@
 #include "cli/preferences_command.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 #include "cli/device_options.hpp"
@@ -13,8 +14,6 @@ namespace {
 
 constexpr const char* kOutputFolder = "outputFolder";
 constexpr const char* kScale = "scale";
-constexpr double kMinScale = 0.25;
-constexpr double kMaxScale = 8;
 
 OVStorage& store() {
     const auto path = OVStorage::localStoragePath();
@@ -32,12 +31,9 @@ void requireKnown(const std::string& key) {
 
 PropertyValue parsedValue(const std::string& key, const std::string& text) {
     if (key == kOutputFolder) return std::filesystem::absolute(text).lexically_normal().string();
-    try {
-        std::size_t used = 0;
-        const double scale = std::stod(text, &used);
-        if (used == text.size() && scale >= kMinScale && scale <= kMaxScale) return scale;
-    } catch (const std::exception&) {
-        // Reported below with the range.
+    if (const auto scale = decimalNumber(text);
+        scale && *scale >= kScaleRange.min && *scale <= kScaleRange.max) {
+        return *scale;
     }
     throw UsageError("the scale must be a number from 0.25 to 8, not '" + text + "'");
 }
@@ -96,8 +92,8 @@ void applyPreferences(const CLI::App& command, double& scale,
     if (!needScale && !needFolder) return;
     const auto& preferences = store();
     if (const auto stored = preferences.objectForKey(kScale);
-        needScale && stored && stored->is_number()) {
-        scale = std::clamp(stored->get<double>(), kMinScale, kMaxScale);
+        needScale && stored && stored->is_number() && std::isfinite(stored->get<double>())) {
+        scale = std::clamp(stored->get<double>(), kScaleRange.min, kScaleRange.max);
     }
     if (const auto stored = preferences.objectForKey(kOutputFolder);
         needFolder && stored && stored->is_string()) {

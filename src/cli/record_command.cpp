@@ -63,18 +63,19 @@ void printSummary(const MoonWidgetData& record) {
 
 CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options) {
     auto* command = app.add_subcommand("record", "Fill one widget record for a place and print it");
-    command->add_option("--lat", options.latitude, "Latitude in degrees, north positive")
-        ->required()
-        ->check(coordinateWithin(90));
-    command->add_option("--lng", options.longitude, "Longitude in degrees, east positive")
-        ->required()
-        ->check(coordinateWithin(180));
+    addNumberOption(*command, "--lat", options.latitude, "Latitude in degrees, north positive",
+                    {-90, 90})
+        ->required();
+    addNumberOption(*command, "--lng", options.longitude, "Longitude in degrees, east positive",
+                    {-180, 180})
+        ->required();
     command->add_flag("--json", options.json, "Print one JSON object with every field");
     return command;
 }
 
-int runRecord(const RecordOptions& options) {
+int runRecord(const RecordOptions& options, const DeviceOptions& device) {
     if (options.json) log::toStandardError(true);
+    takeZoneOfNearestCity(device, options.latitude, options.longitude);
     const Date now = device::now();
     MoonWidgetData record{.latitude = options.latitude,
                           .longitude = options.longitude,

@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "cli/device_options.hpp"
+
 namespace lunoval::cli {
 
 struct RecordOptions {
@@ -13,6 +15,6 @@ struct RecordOptions {
 CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options);
 
 // Fills one record for the place at the device's instant and prints it.
-int runRecord(const RecordOptions& options);
+int runRecord(const RecordOptions& options, const DeviceOptions& device);
 
 }  // namespace lunoval::cli

@@ -7,8 +7,7 @@
 namespace lunoval::cli {
 
 void addRenderOptions(CLI::App& command, RenderOptions& options) {
-    command.add_option("--scale", options.scale, "Device pixels per point")
-        ->check(CLI::Range(0.25, 8.0));
+    addNumberOption(command, "--scale", options.scale, "Device pixels per point", kScaleRange);
     const std::map<std::string, ui::RenderingMode> modes{
         {"fullColor", ui::RenderingMode::fullColor},
         {"accented", ui::RenderingMode::accented},

@@ -1,8 +1,12 @@
 #include "platform/device.hpp"
 
+#include <atomic>
 #include <cstdlib>
 #include <mutex>
 #include <string_view>
+
+#include "platform/log.hpp"
+#include "platform/usable_locale.hpp"
 
 namespace lunoval::device {
 
@@ -34,6 +38,20 @@ std::string localeFromEnvironment() {
     return "en_US";
 }
 
+// Warns once a process: a host that sets the locale again has nothing new to say.
+std::string usable(std::string_view identifier) {
+    static std::atomic<bool> warned{false};
+    auto [usable, warning] = usableLocale(identifier);
+    if (warning && !warned.exchange(true)) log::warning(*warning);
+    return usable;
+}
+
+TimeZone zoneFromEnvironment() {
+    auto [zone, warning] = environmentTimeZone();
+    if (warning) log::warning(*warning);
+    return zone;
+}
+
 }  // namespace
 
 Date now() {
@@ -56,7 +74,7 @@ TimeZone timeZone() {
         std::scoped_lock lock(overrides().mutex);
         if (overrides().zone) return *overrides().zone;
     }
-    static const TimeZone fromEnvironment = environmentTimeZone();
+    static const TimeZone fromEnvironment = zoneFromEnvironment();
     return fromEnvironment;
 }
 
@@ -70,11 +88,12 @@ std::string localeIdentifier() {
         std::scoped_lock lock(overrides().mutex);
         if (overrides().locale) return *overrides().locale;
     }
-    static const std::string fromEnvironment = localeFromEnvironment();
+    static const std::string fromEnvironment = usable(localeFromEnvironment());
     return fromEnvironment;
 }
 
 void setLocaleIdentifier(std::optional<std::string> identifier) {
+    if (identifier) identifier = usable(*identifier);
     std::scoped_lock lock(overrides().mutex);
     overrides().locale = std::move(identifier);
 }

@@ -19,7 +19,8 @@ void fixNow(std::optional<Date> instant);
 TimeZone timeZone();
 void setTimeZone(std::optional<TimeZone> zone);
 
-// A POSIX-style locale identifier such as "en_US" or "de_DE".
+// A POSIX-style locale identifier such as "en_US" or "de_DE". One that cannot be used becomes
+// the nearest that can, with one warning on standard error.
 std::string localeIdentifier();
 void setLocaleIdentifier(std::optional<std::string> identifier);
 

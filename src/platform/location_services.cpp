@@ -1,10 +1,10 @@
 #include "platform/location_services.hpp"
 
 #include <GeographicLib/Geodesic.hpp>
-#include <charconv>
 #include <cmath>
 
 #include "platform/geoclue_location_manager.hpp"
+#include "platform/number_text.hpp"
 
 namespace lunoval {
 
@@ -20,16 +20,6 @@ double distanceMeters(const Location& from, const Location& to) {
 }
 
 namespace {
-
-std::optional<double> number(std::string_view text) {
-    double value = 0;
-    const auto* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (text.empty() || error != std::errc{} || stop != end || !std::isfinite(value)) {
-        return std::nullopt;
-    }
-    return value;
-}
 
 // Answers as the configured service would, through the main queue like the real one.
 class StandInLocationManager : public PlatformLocationManager {
@@ -100,7 +90,7 @@ std::optional<LocationService> parseLate(std::string_view text) {
     constexpr double kMaxDelaySeconds = 86400;
     const auto colon = text.find(':');
     if (colon == std::string_view::npos) return std::nullopt;
-    const auto delay = number(text.substr(0, colon));
+    const auto delay = decimalNumber(text.substr(0, colon));
     const auto fix = LocationService::parseCoordinates(text.substr(colon + 1));
     if (!delay || *delay < 0 || *delay > kMaxDelaySeconds || !fix) return std::nullopt;
     return LocationService{
@@ -112,8 +102,8 @@ std::optional<LocationService> parseLate(std::string_view text) {
 std::optional<Location> LocationService::parseCoordinates(std::string_view text) {
     const auto comma = text.find(',');
     if (comma == std::string_view::npos) return std::nullopt;
-    const auto latitude = number(text.substr(0, comma));
-    const auto longitude = number(text.substr(comma + 1));
+    const auto latitude = decimalNumber(text.substr(0, comma));
+    const auto longitude = decimalNumber(text.substr(comma + 1));
     if (!latitude || !longitude || std::fabs(*latitude) > 90 || std::fabs(*longitude) > 180) {
         return std::nullopt;
     }

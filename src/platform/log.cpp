@@ -21,7 +21,9 @@ void line(std::string_view text) {
 
 void warning(std::string_view text) {
     std::scoped_lock lock(writeMutex);
-    std::fprintf(stderr, "lunoval: %.*s\n", static_cast<int>(text.size()), text.data());
+    std::fputs("lunoval: ", stderr);
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fputc('\n', stderr);
     std::fflush(stderr);
 }
 

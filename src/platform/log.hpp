@@ -7,8 +7,8 @@ namespace lunoval::log {
 // Writes one diagnostic line (a newline is added).
 void line(std::string_view text);
 
-// A line for the user that must not mix with any output: on standard error, after the
-// program's name.
+// Writes one line on standard error, whatever the diagnostics use, such as a warning about the
+// environment the command runs in ("lunoval: " is put before it).
 void warning(std::string_view text);
 
 // Commands that print machine-readable output move diagnostics to standard error.

@@ -20,4 +20,16 @@ std::string doubleDescription(double value) {
     return text;
 }
 
+std::optional<double> decimalNumber(std::string_view text) {
+    // from_chars takes no "+": one is dropped, as long as no other sign follows it.
+    const bool plus = text.starts_with('+');
+    if (plus) text.remove_prefix(1);
+    if (plus && text.starts_with('-')) return std::nullopt;
+    double value = 0;
+    const auto* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || stop != end || !std::isfinite(value)) return std::nullopt;
+    return value;
+}
+
 }  // namespace lunoval

@@ -82,16 +82,17 @@ std::optional<TimeZone> zoneFromTZVariable(std::string_view value) {
 
 }  // namespace
 
-TimeZone environmentTimeZone() {
-    if (const char* tz = std::getenv("TZ")) {
-        if (auto zone = zoneFromTZVariable(tz)) return *zone;
+EnvironmentZone environmentTimeZone() {
+    if (const char* tz = std::getenv("TZ"); tz != nullptr && *tz != '\0') {
+        if (auto zone = zoneFromTZVariable(tz)) return {*zone, std::nullopt};
+        return {TimeZone::utc(), "TZ='" + std::string(tz) + "' names no time zone; using UTC"};
     }
     try {
         const auto* zone = date::current_zone();
-        if (auto named = TimeZone::named(zone->name())) return *named;
+        if (auto named = TimeZone::named(zone->name())) return {*named, std::nullopt};
     } catch (const std::exception&) {
     }
-    return TimeZone::utc();
+    return {TimeZone::utc(), std::nullopt};
 }
 
 }  // namespace lunoval

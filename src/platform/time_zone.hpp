@@ -42,7 +42,15 @@ class TimeZone {
     std::shared_ptr<const ZoneRule> futureRule_;
 };
 
-// The zone the environment names: TZ, else /etc/localtime, else UTC.
-TimeZone environmentTimeZone();
+struct EnvironmentZone {
+    TimeZone zone;
+    // One line for the user when TZ names no zone.
+    std::optional<std::string> warning;
+};
+
+// The zone the environment names: TZ, else /etc/localtime, else UTC. A TZ that names no zone
+// of the database is UTC, as the C library reads it, so that our times agree with other
+// programs'.
+EnvironmentZone environmentTimeZone();
 
 }  // namespace lunoval

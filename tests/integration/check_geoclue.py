@@ -71,7 +71,7 @@ def a_denied_app_gets_the_permission_record(lunoval):
 # Saves and selects a place, then runs the rest of the command line in the same home.
 WITH_A_SAVED_PLACE = """
 "$1" locations add Quito -0.18 -78.47 America/Guayaquil >/dev/null &&
-"$1" locations select 1 >/dev/null && shift && exec "$@"
+"$1" locations select 2 >/dev/null && shift && exec "$@"
 """
 
 

@@ -1,13 +1,20 @@
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/date_formatter.hpp"
 #include "platform/device.hpp"
 #include "platform/location_services.hpp"
 #include "platform/main_queue.hpp"
+#include "platform/number_text.hpp"
+#include "platform/usable_locale.hpp"
 
 namespace lunoval {
 namespace {
+
+using namespace std::string_literals;
 
 const Date kStart = Date::fromTimeIntervalSince1970(1760000000);
 
@@ -52,13 +59,49 @@ TEST(Distance, IsGeodesicOnTheEllipsoid) {
 
 TEST(LocationService, ReadsTheDeviceOption) {
     EXPECT_EQ(LocationService::parse("silent")->kind, LocationService::Kind::silent);
-    const auto fixed = LocationService::parse("fixed:48.85,-2.5");
+    const auto fixed = LocationService::parse("fixed:+48.85,-2.5");
     ASSERT_TRUE(fixed);
     EXPECT_EQ(fixed->fix.latitude, 48.85);
     EXPECT_EQ(fixed->fix.longitude, -2.5);
     for (const char* bad : {"", "fixed", "fixed:", "fixed:91,0", "fixed:0,181", "fixed:1",
                             "fixed:1,2,3", "fixed:nan,0", "geoclue?", "Denied"}) {
         EXPECT_FALSE(LocationService::parse(bad)) << bad;
+    }
+}
+
+TEST(DecimalNumber, ReadsWhatPeopleTypeAndNothingElse) {
+    const std::vector<std::pair<std::string, std::optional<double>>> cases{
+        {"48.85", 48.85}, {"+48.85", 48.85}, {"-0.5", -0.5}, {".5", 0.5},  {"1e-3", 0.001},
+        {"16", 16},       {"0x10", {}},      {"inf", {}},    {"-nan", {}}, {"1e400", {}},
+        {"", {}},         {"+", {}},         {"+-1", {}},    {"++1", {}},  {" 1", {}},
+        {"1 ", {}},       {"1,5", {}},       {"1.5x", {}},   {"1\0"s, {}}};
+    for (const auto& [text, expected] : cases) EXPECT_EQ(decimalNumber(text), expected) << text;
+}
+
+// Dates can be formatted in whatever locale is asked for: one ICU cannot use becomes the
+// nearest it can, and says so.
+TEST(UsableLocale, FallsBackToTheLanguageElsePosixEnglish) {
+    struct Case {
+        std::string asked;
+        std::string usable;
+        bool warns;
+    };
+    for (const auto& [asked, usable, warns] : {
+             Case{"de_DE", "de_DE", false},
+             Case{"de-DE", "de_DE", false},
+             Case{"pt_BR.UTF-8", "pt_BR", false},
+             Case{"xxxxxxxxxxxx", "en_US_POSIX", true},
+             Case{"abcdefghijkl_DE", "en_US_POSIX", true},
+             Case{"qq_QQ", "en_US_POSIX", true},
+             Case{"", "en_US_POSIX", true},
+             Case{"de@numbers=xxxx", "de", true},
+             Case{"de_DE_" + std::string(200, 'X'), "de", true},
+         }) {
+        const auto locale = usableLocale(asked);
+        EXPECT_EQ(locale.identifier, usable) << asked;
+        EXPECT_EQ(locale.warning.has_value(), warns) << asked;
+        const DateFormatter formatter{locale.identifier, TimeZone::utc()};
+        EXPECT_FALSE(formatter.shortTime(kStart).empty()) << asked;
     }
 }
 

@@ -1,0 +1,46 @@
+#include "platform/usable_locale.hpp"
+
+#include <unicode/datefmt.h>
+#include <unicode/locid.h>
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace lunoval {
+
+namespace {
+
+constexpr const char* kLastResort = "en_US_POSIX";
+
+bool hasLanguage(const icu::Locale& locale) {
+    int32_t count = 0;
+    const icu::Locale* available = icu::Locale::getAvailableLocales(count);
+    return std::any_of(available, available + count, [&](const icu::Locale& known) {
+        return std::strcmp(known.getLanguage(), locale.getLanguage()) == 0;
+    });
+}
+
+// ICU falls back to the process's default locale for a language it lacks, marks an identifier
+// it cannot hold (a language of 12 letters) as bogus, where its date formatters crash, and
+// makes no formatter for some it can hold (an unknown numbering system, a long variant).
+bool isUsable(const icu::Locale& locale) {
+    if (locale.isBogus() || *locale.getLanguage() == '\0' || !hasLanguage(locale)) return false;
+    const std::unique_ptr<icu::DateFormat> formatter(
+        icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale));
+    return formatter != nullptr;
+}
+
+}  // namespace
+
+UsableLocale usableLocale(std::string_view identifier) {
+    const std::string asked(identifier);
+    if (const auto locale = icu::Locale::createCanonical(asked.c_str()); isUsable(locale)) {
+        return {locale.getName(), std::nullopt};
+    }
+    const auto language =
+        icu::Locale::createCanonical(asked.substr(0, asked.find_first_of("_-.@")).c_str());
+    const std::string usable = isUsable(language) ? language.getName() : kLastResort;
+    return {usable, "the locale '" + asked + "' cannot be used; using " + usable};
+}
+
+}  // namespace lunoval
