@@ -9,6 +9,8 @@
 #include "platform/device.hpp"
 #include "platform/localization.hpp"
 #include "platform/log.hpp"
+#include "locations/widget_location_cache.hpp"
+#include "timeline/make_widget_data.hpp"
 #include "timeline/widget_data_builder.hpp"
 
 namespace lunoval::cli {
@@ -59,28 +61,45 @@ void printSummary(const MoonWidgetData& record) {
     }
 }
 
+MoonWidgetData placeToRecord(const RecordOptions& options, const DeviceOptions& device) {
+    if (options.latitude && options.longitude) {
+        takeZoneOfNearestCity(device, *options.latitude, *options.longitude);
+        return {.latitude = *options.latitude,
+                .longitude = *options.longitude,
+                .timezone = device::timeZone().identifier()};
+    }
+    const auto service = device::locationService();
+    if (service.kind == LocationService::Kind::fixed) {
+        return {.latitude = service.fix.latitude,
+                .longitude = service.fix.longitude,
+                .timezone = device::timeZone().identifier()};
+    }
+    // The saved place keeps its own zone, as in the widget.
+    if (auto saved = loadFromAppGroup(appGroupDefaults())) return std::move(*saved);
+    throw UsageError(
+        "record needs a place: --lat and --lng, --location (LAT,LNG or a city), or a saved place "
+        "(lunoval locations add CITY, then lunoval locations select INDEX)");
+}
+
 }  // namespace
 
 CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options) {
     auto* command = app.add_subcommand("record", "Fill one widget record for a place and print it");
-    addNumberOption(*command, "--lat", options.latitude, "Latitude in degrees, north positive",
-                    {-90, 90})
-        ->required();
-    addNumberOption(*command, "--lng", options.longitude, "Longitude in degrees, east positive",
-                    {-180, 180})
-        ->required();
+    auto* latitude = addNumberOption(*command, "--lat", options.latitude,
+                                     "Latitude in degrees, north positive", {-90, 90});
+    auto* longitude = addNumberOption(*command, "--lng", options.longitude,
+                                      "Longitude in degrees, east positive", {-180, 180});
+    latitude->needs(longitude);
+    longitude->needs(latitude);
     command->add_flag("--json", options.json, "Print one JSON object with every field");
     return command;
 }
 
 int runRecord(const RecordOptions& options, const DeviceOptions& device) {
     if (options.json) log::toStandardError(true);
-    takeZoneOfNearestCity(device, options.latitude, options.longitude);
+    auto record = placeToRecord(options, device);
     const Date now = device::now();
-    MoonWidgetData record{.latitude = options.latitude,
-                          .longitude = options.longitude,
-                          .timezone = device::timeZone().identifier(),
-                          .selectedTime = now};
+    record.selectedTime = now;
     fill(record, now, true, now);
     if (options.json) {
         std::cout << recordJson(record).dump() << "\n";

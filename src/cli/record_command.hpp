@@ -7,14 +7,15 @@
 namespace lunoval::cli {
 
 struct RecordOptions {
-    double latitude = 0;
-    double longitude = 0;
+    std::optional<double> latitude;
+    std::optional<double> longitude;
     bool json = false;
 };
 
 CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options);
 
-// Fills one record for the place at the device's instant and prints it.
+// Fills one record for a place at the device's instant and prints it: --lat and --lng, else the
+// device's fixed position (--location), else the selected saved place, as a widget would.
 int runRecord(const RecordOptions& options, const DeviceOptions& device);
 
 }  // namespace lunoval::cli

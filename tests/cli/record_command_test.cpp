@@ -84,6 +84,7 @@ TEST(RecordCommand, APlaceWithoutAZoneTakesItsCitys) {
     for (const auto& [arguments, zone, said] : std::vector<std::tuple<std::string, std::string, bool>>{
              {"record --json --lat 35.68 --lng 139.69", "Asia/Tokyo", true},
              {"timeline --json --location \"Quito, Ecuador\"", "America/Guayaquil", true},
+             {"record --json --location Paris", "Europe/Paris", true},
              {"timeline --json --location 48.85,2.35 --timezone Asia/Tokyo", "Asia/Tokyo", false},
          }) {
         const auto run = runLunoval(arguments, "TZ=UTC HOME=" + ::testing::TempDir());

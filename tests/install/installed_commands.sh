@@ -3,7 +3,8 @@
 # of an installed lunoval. Usage: installed_commands.sh WORK SOURCE_DIR BUILD_DIR
 set -uo pipefail
 work=$1
-for tree in "$2" "$3"; do mount -t tmpfs none "$tree"; done
+# The build tree first: it may lie inside the source tree.
+for tree in "$3" "$2"; do mount -t tmpfs none "$tree" || exit 1; done
 export HOME=$work/home LC_ALL=C TZ=UTC
 unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_RUNTIME_DIR LUNOVAL_RESOURCE_PATH
 mkdir -p "$HOME"
