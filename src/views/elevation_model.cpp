@@ -52,6 +52,15 @@ double placeholderAltitude(Date instant) {
     return 35 * std::sin(kPi * (hour - 2) / 12) + 15;
 }
 
+Date placeholderPresentTime(Date dayStart) {
+    // The made-up curve descends through the placeholder's 35° at this UTC hour, south-west of
+    // the meridian as the placeholder's azimuth has it.
+    const double hour = 14 - 12 / kPi * std::asin((kPlaceholderPresentAltitude - 15) / 35);
+    const double day = std::floor(dayStart.timeIntervalSince1970() / 86400) * 86400;
+    const Date sameDay = Date::fromTimeIntervalSince1970(day + hour * 3600);
+    return sameDay < dayStart ? sameDay.addingTimeInterval(86400) : sameDay;
+}
+
 AltitudeRange placeholderRange() {
     return {.maximum = 50, .minimum = -20};
 }

@@ -28,6 +28,12 @@ struct AltitudeRange {
     std::optional<Date> minimumAt;
 };
 
+// The placeholder record's altitude of the moon, in degrees.
+inline constexpr double kPlaceholderPresentAltitude = 35;
+// The placeholder's present moment: on the chart day beginning at `dayStart`, where the
+// made-up day sets the moon at the placeholder's altitude, so chart and figures agree.
+Date placeholderPresentTime(Date dayStart);
+
 // The extremes of placeholderAltitude.
 AltitudeRange placeholderRange();
 // Every altitude there is, for a place whose zone is unknown.

@@ -6,6 +6,7 @@
 #include "astro/moon_position.hpp"
 #include "platform/calendar.hpp"
 #include "views/elevation_plot.hpp"
+#include "views/marker_spacing.hpp"
 #include "views/widget_text.hpp"
 
 namespace lunoval {
@@ -46,13 +47,6 @@ void placeAround(const ui::View& view, Point center, Rect within, const LayoutCo
     view.place({x, center.y - size.height / 2, size.width, size.height}, context, out);
 }
 
-void placeCentered(const ui::View& view, Point center, const LayoutContext& context,
-                   DisplayList& out) {
-    const auto size = view.sizeThatFits({}, context);
-    view.place({center.x - size.width / 2, center.y - size.height / 2, size.width, size.height},
-               context, out);
-}
-
 class ElevationChartNode final : public ui::ViewNode {
   public:
     explicit ElevationChartNode(MoonElevationChart chart)
@@ -83,8 +77,10 @@ class ElevationChartNode final : public ui::ViewNode {
         ui::Canvas([plot](ui::GraphicsContext& graphics) {
             plot.paint(graphics);
         }).place(bounds, context, out);
-        placeSymbols(events, plot, bounds, context, out);
-        if (chart_.showLabel) placeLabels(events, plot, bounds, context, out);
+        const auto symbols = markerSymbols(events, plot);
+        const auto frames = symbolFrames(symbols, plot, bounds, context);
+        for (std::size_t i = 0; i < symbols.size(); ++i) symbols[i].place(frames[i], context, out);
+        if (chart_.showLabel) placeLabels(events, frames, bounds, context, out);
     }
 
   private:
@@ -126,32 +122,57 @@ class ElevationChartNode final : public ui::ViewNode {
         return scale.x(*noon);
     }
 
+    // A present moment off the chart day has no place on it.
     [[nodiscard]] std::optional<PresentPosition> presentPosition(
         const ElevationScale& scale) const {
         if (!chart_.showCurrentPosition) return std::nullopt;
-        const double altitude = altitudeAt(chart_.currentTime);
-        return PresentPosition{{scale.x(chart_.currentTime), scale.y(altitude)}, altitude >= 0};
+        const Date now =
+            chart_.isPlaceholder ? placeholderPresentTime(scale.dayStart()) : chart_.currentTime;
+        const double x = scale.x(now);
+        if (x < 0 || x > scale.size().width) return std::nullopt;
+        const double altitude = altitudeAt(now);
+        return PresentPosition{{x, scale.y(altitude)}, altitude >= 0};
     }
 
-    static void placeSymbols(const std::vector<MarkerEvent>& events, const ElevationPlot& plot,
-                             Rect bounds, const LayoutContext& context, DisplayList& out) {
-        const Point origin{bounds.x, bounds.y};
-        for (std::size_t i = 0; i < events.size(); ++i) {
-            const ui::View symbol = ui::Symbol(events[i].symbol)
-                                        .font(ui::Font::system(14, ui::FontWeight::semibold))
-                                        .color(events[i].color);
-            placeCentered(symbol, offset(plot.markers[i].point, origin), context, out);
+    // Rise, set and the present moon each get a place of their own inside the plot; the guides
+    // keep the true times when close events push their symbols apart.
+    static std::vector<Rect> symbolFrames(const std::vector<ui::View>& symbols,
+                                          const ElevationPlot& plot, Rect bounds,
+                                          const LayoutContext& context) {
+        std::vector<MarkerBox> boxes;
+        const auto boxAround = [&](const ui::View& symbol, Point center, MarkerFreedom freedom) {
+            const auto size = symbol.sizeThatFits({}, context);
+            const Point at = offset(center, {bounds.x, bounds.y});
+            boxes.push_back(
+                {{at.x - size.width / 2, at.y - size.height / 2, size.width, size.height},
+                 freedom});
+        };
+        for (std::size_t i = 0; i < plot.markers.size(); ++i) {
+            boxAround(symbols[i], plot.markers[i].point, MarkerFreedom::slides);
         }
-        if (!plot.present) return;
-        const double opacity = plot.present->aboveHorizon ? 0.95 : 0.4;
-        const ui::View moon = ui::Symbol("moon.fill")
-                                  .font(ui::Font::system(14, ui::FontWeight::bold))
-                                  .color(ui::Color::white().opacity(opacity));
-        placeCentered(moon, offset(plot.present->point, origin), context, out);
+        if (plot.present) boxAround(symbols.back(), plot.present->point, MarkerFreedom::stays);
+        return spreadMarkers(boxes, bounds);
     }
 
-    void placeLabels(const std::vector<MarkerEvent>& events, const ElevationPlot& plot, Rect bounds,
-                     const LayoutContext& context, DisplayList& out) const {
+    static std::vector<ui::View> markerSymbols(const std::vector<MarkerEvent>& events,
+                                               const ElevationPlot& plot) {
+        std::vector<ui::View> symbols;
+        for (const auto& event : events) {
+            symbols.push_back(ui::Symbol(event.symbol)
+                                  .font(ui::Font::system(14, ui::FontWeight::semibold))
+                                  .color(event.color));
+        }
+        if (plot.present) {
+            const double opacity = plot.present->aboveHorizon ? 0.95 : 0.4;
+            symbols.push_back(ui::Symbol("moon.fill")
+                                  .font(ui::Font::system(14, ui::FontWeight::bold))
+                                  .color(ui::Color::white().opacity(opacity)));
+        }
+        return symbols;
+    }
+
+    void placeLabels(const std::vector<MarkerEvent>& events, const std::vector<Rect>& symbols,
+                     Rect bounds, const LayoutContext& context, DisplayList& out) const {
         for (std::size_t i = 0; i < events.size(); ++i) {
             const auto color = events[i].color.opacity(0.22);
             const ui::View label =
@@ -161,8 +182,8 @@ class ElevationChartNode final : public ui::ViewNode {
                     .background(ui::Canvas([color](ui::GraphicsContext& graphics) {
                         graphics.fill(capsule(graphics.size()), color);
                     }));
-            const Point marker = offset(plot.markers[i].point, {bounds.x, bounds.y});
-            placeAround(label, {marker.x, marker.y - kLabelLift}, bounds, context, out);
+            const Point symbol = symbols[i].center();
+            placeAround(label, {symbol.x, symbol.y - kLabelLift}, bounds, context, out);
         }
     }
 

@@ -18,12 +18,24 @@ Color white(double opacity) {
     return Color::white().opacity(opacity);
 }
 
+// Lines shrink this far before they are cut, as the other widgets' lines do.
+constexpr double kLineFloor = 0.6;
+
 struct EventLines {
     std::string what;
     std::string when;
 };
 
-// A same-day eclipse outranks the next phase: a lunar one falls on the full moon anyway.
+bool isPhaseDay(const MoonWidgetData& data) {
+    return data.nextMoonPhase && data.currentMoonPhase &&
+           data.nextMoonPhase->phaseName == data.currentMoonPhase->phaseName &&
+           data.nextPhaseTime == l10n::localized("today");
+}
+
+// A same-day eclipse outranks the next phase: a lunar one falls on the full moon anyway. On a
+// principal phase's own day the phase line below already names it, so the event says it with
+// its day in one line and gives the second to what else a reader of that sky asks: whether the
+// moon is eclipsed.
 EventLines eventLines(const MoonWidgetData& data) {
     if (const auto& eclipse = data.eclipseInfo) {
         return {eclipse->title, eclipse->isVisible
@@ -32,22 +44,29 @@ EventLines eventLines(const MoonWidgetData& data) {
                                     // TRANSLATORS: Today's eclipse cannot be seen from the place
                                     : l10n::localized("Not visible here")};
     }
+    if (isPhaseDay(data)) {
+        return {phaseNameText(*data.nextMoonPhase) + " " + *data.nextPhaseTime,
+                // TRANSLATORS: No eclipse falls on today's principal phase
+                l10n::localized("No eclipse")};
+    }
     return {data.nextMoonPhase ? phaseNameText(*data.nextMoonPhase)
                                // TRANSLATORS: Heading for when the next principal phase is unknown
                                : l10n::localized("Next phase"),
             data.nextPhaseTime.value_or("--")};
 }
 
+Text eventLine(const std::string& text, int lines) {
+    return Text(text)
+        .font(Font::system(11, FontWeight::medium))
+        .color(white(0.95))
+        .lineLimit(lines)
+        .minimumScaleFactor(kLineFloor);
+}
+
 View eventBlock(const MoonWidgetData& data) {
     const auto lines = eventLines(data);
-    return VStack(
-        HorizontalAlignment::leading, 0,
-        {Text(lines.what)
-             .font(Font::system(11, FontWeight::medium))
-             .color(white(0.95))
-             .lineLimit(2),
-         View(Text(lines.when).font(Font::system(11, FontWeight::medium)).color(white(0.95)))
-             .padding({.top = 3})});
+    return VStack(HorizontalAlignment::leading, 0,
+                  {eventLine(lines.what, 2), View(eventLine(lines.when, 1)).padding({.top = 3})});
 }
 
 }  // namespace

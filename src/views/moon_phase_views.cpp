@@ -24,6 +24,8 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kSmallMoonSize = 56;
 constexpr double kGlowSize = 90;
 constexpr double kMediumMoonSize = 36;
+// A fixed column, so that the chart beside it keeps its width in every language and phase.
+constexpr double kMediumMoonColumnWidth = 64;
 // Keeps the chart clear of the widget's top and bottom edges; its markers stand above the curve.
 constexpr double kChartMaxHeight = 112;
 
@@ -121,10 +123,12 @@ View mediumMoonColumn(const MoonWidgetData& data) {
                    Text(phaseNameText(phase))
                        .font(Font::system(10, FontWeight::semibold))
                        .color(kPrimary)
+                       .lineLimit(2)
                        .minimumScaleFactor(0.6),
                    Text(litText(phase.illumination))
                        .font(Font::system(10, FontWeight::medium))
-                       .color(kSecondary)});
+                       .color(kSecondary)
+                       .minimumScaleFactor(0.6)});
 }
 
 View elevationChart(const MoonWidgetData& data) {
@@ -133,7 +137,8 @@ View elevationChart(const MoonWidgetData& data) {
                               .currentTime = data.selectedTime,
                               .timezone = data.timezone,
                               .latitude = data.latitude,
-                              .longitude = data.longitude}
+                              .longitude = data.longitude,
+                              .isPlaceholder = data.isPlaceholder}
         .body()
         .frame(FlexibleFrame{.maxWidth = kInfinity, .maxHeight = kChartMaxHeight});
 }
@@ -195,10 +200,12 @@ View SmallMoonPhaseView::body() const {
 View MediumMoonView::body() const {
     if (!entry.widgetData) return withMoonBackground(moonPlaceholder());
     const auto& data = *entry.widgetData;
-    return withMoonBackground(HStack(VerticalAlignment::center, 8,
-                                     {mediumMoonColumn(data), elevationChart(data),
-                                      elevationColumn(data), mediumRiseSetColumn(data)})
-                                  .padding(EdgeInsets::horizontal(6)));
+    return withMoonBackground(
+        HStack(
+            VerticalAlignment::center, 8,
+            {mediumMoonColumn(data).frame(kMediumMoonColumnWidth, std::nullopt, Alignment::leading),
+             elevationChart(data), elevationColumn(data), mediumRiseSetColumn(data)})
+            .padding(EdgeInsets::horizontal(6)));
 }
 
 }  // namespace lunoval

@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "display_list_queries.hpp"
+#include "eclipse/eclipse_event.hpp"
 #include "fake_text_measurer.hpp"
+#include "platform/device.hpp"
+#include "timeline/widget_data_builder.hpp"
+#include "ui/pango_text_measurer.hpp"
 #include "views/moon_event_view.hpp"
 
 namespace lunoval {
@@ -70,6 +74,54 @@ TEST(SmallMoonEventView, NamesTheNextPhaseOrTodaysEclipseBesideTheDate) {
         EXPECT_EQ(second.font, Font::system(11, FontWeight::medium));
         EXPECT_EQ(shown.back().text, "--:--");
     }
+}
+
+TEST(SmallMoonEventView, APrincipalPhaseDayNamesThePhaseOnceAndSaysWhetherItIsEclipsed) {
+    auto data = MoonWidgetData::placeholder(kNoon);
+    data.currentMoonPhase = data.nextMoonPhase;
+    data.nextPhaseTime = "today";
+    const auto shown = texts(eventView(data));
+    EXPECT_EQ(shown.at(2), "Full Moon today");
+    EXPECT_EQ(shown.at(3), "No eclipse");
+}
+
+// Every eclipse title seen or not, and each principal phase from its own day to weeks ahead:
+// in each language the event lines shrink to fit whole rather than lose their ends.
+TEST(SmallMoonEventView, EventLinesFitWholeInEveryLanguage) {
+    const ui::PangoTextMeasurer measurer;
+    const LayoutContext context{measurer, {.contentMargin = 16}};
+    const auto expectWhole = [&](const MoonWidgetData& data, const char* locale) {
+        const SmallMoonEventView view{{.date = kNoon, .widgetData = data}, 36, 42};
+        const auto shown = all<DrawText>(render(view.body(), {170, 170}, context));
+        for (const auto& line : {shown.at(2), shown.at(3)}) {
+            EXPECT_FALSE(
+                measurer.measure(line.text, line.font, line.frame.width, line.maxLines).truncated)
+                << locale << ": " << line.text;
+        }
+    };
+    for (const char* locale : {"de_DE", "fr_FR", "es_ES", "it_IT", "pt_BR", "pl_PL", "ja_JP"}) {
+        device::setLocaleIdentifier(locale);
+        for (const char* key : {"TLE", "PLE", "NLE", "TSE", "PSE", "ASE", "HSE"}) {
+            for (const bool visible : {true, false}) {
+                auto data = MoonWidgetData::placeholder(kNoon);
+                data.eclipseInfo = std::make_shared<const EclipseEvent>(
+                    EclipseEvent{.key = key, .title = *eclipseTitle(key), .isVisible = visible});
+                expectWhole(data, locale);
+            }
+        }
+        for (const auto phase : {Solar::PhaseType::newMoon, Solar::PhaseType::firstQuarter,
+                                 Solar::PhaseType::fullMoon, Solar::PhaseType::lastQuarter}) {
+            for (const int daysUntil : {0, 1, 2, 5, 22}) {
+                auto data = MoonWidgetData::placeholder(kNoon);
+                data.nextMoonPhase->phaseType = phase;
+                data.nextMoonPhase->phaseName = std::string(Solar::rawValue(phase));
+                if (daysUntil == 0) data.currentMoonPhase = data.nextMoonPhase;
+                data.nextPhaseTime = nextPhaseText(daysUntil);
+                expectWhole(data, locale);
+            }
+        }
+    }
+    device::setLocaleIdentifier(std::nullopt);
 }
 
 TEST(SmallMoonEventView, ShowsThePlaceholderOrThePermissionPrompt) {

@@ -70,6 +70,30 @@ TEST(MoonPhaseViews, TruncateTheLitPercentageAndRoundTheElevation) {
     }
 }
 
+// The medium chart keeps its width whatever the phase is called; the placeholder's chart shows
+// its made-up present moon.
+TEST(MediumMoonView, ChartWidthDoesNotFollowThePhaseName) {
+    std::vector<double> elevationX;
+    for (const char* name : {"Full", "Waxing Gibbous", "Przybywający garbaty"}) {
+        // Made a month after the made-up day, as a preview is.
+        auto data = MoonWidgetData::placeholder(kNow.addingTimeInterval(30 * 86'400));
+        data.currentMoonPhase->phaseName = name;
+        const auto list = render(MediumMoonView{entryWith(data)}.body(), {364, 170}, kContext);
+        for (const auto& text : testing::all<DrawText>(list)) {
+            if (text.text == "35°") elevationX.push_back(text.frame.x);
+        }
+        for (const auto& symbol : testing::all<DrawSymbol>(list)) {
+            if (symbol.name == "moon.fill") {
+                EXPECT_LT(symbol.frame.maxX(), 364) << name;
+            }
+        }
+        EXPECT_THAT(symbols(list), Contains("moon.fill")) << name;
+    }
+    ASSERT_EQ(elevationX.size(), 3u);
+    EXPECT_DOUBLE_EQ(elevationX[0], elevationX[1]);
+    EXPECT_DOUBLE_EQ(elevationX[0], elevationX[2]);
+}
+
 TEST(SmallMoonPhaseView, ShowsOnlyTheMoonsetRowOnADayWithoutMoonrise) {
     auto data = MoonWidgetData::placeholder(kNow);
     data.moonrise.reset();

@@ -24,6 +24,9 @@ constexpr double kNoDataSymbolSize = 24;
 constexpr double kNoDataTextSize = 11;
 
 constexpr const char* kNoTime = "--:--";
+// The 76-point circle is 68 points wide 16 points above and below its centre, where the
+// circular times view's two rows end; a few points spare keep antialiased edges inside.
+constexpr double kCircularRowsWidth = 62;
 constexpr double kFill = std::numeric_limits<double>::infinity();
 
 // Fills "%s" with the name, "%d" with the number and "%%" with a percent sign, in whatever
@@ -50,8 +53,9 @@ std::string timeText(const std::optional<Date>& time, const std::string& timezon
     return time ? shortTimeText(*time, timezone) : kNoTime;
 }
 
+// Turned by the tilt as on the home screen, so both show the same moon.
 View disc(const Solar::SimpleMoonPhase& phase) {
-    return whiteMoonDisc(phase, 40, false).body();
+    return whiteMoonDisc(phase, 40, true).body();
 }
 
 View inlineText(const std::string& text) {
@@ -161,11 +165,14 @@ View LockScreenCircularMoonTimesView::body() const {
                            .font(Font::system(fontSize, FontWeight::medium))
                            .color(kSecondary)});
     }
-    // Leading-aligned so the two symbols stand in one column.
-    return VStack(
-        HorizontalAlignment::leading, 4,
-        {timePair("moonrise.fill", timeText(data.moonrise, data.timezone), fontSize, kPrimary, 2),
-         timePair("moonset.fill", timeText(data.moonset, data.timezone), fontSize, kPrimary, 2)});
+    // Leading-aligned so the two symbols stand in one column; no wider than the circle is at
+    // the rows' outer edges, so a long time shrinks rather than reach past the mask.
+    return VStack(HorizontalAlignment::leading, 4,
+                  {timePair("moonrise.fill", timeText(data.moonrise, data.timezone), fontSize,
+                            kPrimary, 2),
+                   timePair("moonset.fill", timeText(data.moonset, data.timezone), fontSize,
+                            kPrimary, 2)})
+        .frame(FlexibleFrame{.maxWidth = kCircularRowsWidth});
 }
 
 View LockScreenRectangularTimesView::body() const {
