@@ -139,6 +139,16 @@ void takeZoneOfNearestCity(const DeviceOptions& options, double latitude, double
     }
 }
 
+void addCoordinateOptions(CLI::App& command, std::optional<double>& latitude,
+                          std::optional<double>& longitude) {
+    auto* north = addNumberOption(command, "--lat", latitude,
+                                  "Latitude in degrees, north positive", {-90, 90});
+    auto* east = addNumberOption(command, "--lng", longitude,
+                                 "Longitude in degrees, east positive", {-180, 180});
+    north->needs(east);
+    east->needs(north);
+}
+
 void addDeviceOptions(CLI::App& app, DeviceOptions& options) {
     app.add_option("--at", options.at,
                    "The device's current instant: ISO 8601 with Z or an offset, or @UNIX");

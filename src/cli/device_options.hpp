@@ -21,6 +21,10 @@ struct DeviceOptions {
 
 void addDeviceOptions(CLI::App& app, DeviceOptions& options);
 
+// --lat and --lng, given together or not at all.
+void addCoordinateOptions(CLI::App& command, std::optional<double>& latitude,
+                          std::optional<double>& longitude);
+
 // Without --timezone, the device takes the zone of the nearest city of the world locations,
 // and says so.
 void takeZoneOfNearestCity(const DeviceOptions& options, double latitude, double longitude);

@@ -92,12 +92,7 @@ CLI::App* addEclipsesCommand(CLI::App& app, EclipsesOptions& options) {
                     {1, 9999});
     addNumberOption(*command, "--to", options.toYear, "Last year (default: the year after --from)",
                     {1, 9999});
-    auto* latitude = addNumberOption(*command, "--lat", options.latitude,
-                                     "Latitude in degrees, north positive", {-90, 90});
-    auto* longitude = addNumberOption(*command, "--lng", options.longitude,
-                                      "Longitude in degrees, east positive", {-180, 180});
-    latitude->needs(longitude);
-    longitude->needs(latitude);
+    addCoordinateOptions(*command, options.latitude, options.longitude);
     command->add_flag("--json", options.json, "Print one JSON array of the eclipses");
     return command;
 }

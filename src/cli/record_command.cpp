@@ -85,12 +85,7 @@ MoonWidgetData placeToRecord(const RecordOptions& options, const DeviceOptions& 
 
 CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options) {
     auto* command = app.add_subcommand("record", "Fill one widget record for a place and print it");
-    auto* latitude = addNumberOption(*command, "--lat", options.latitude,
-                                     "Latitude in degrees, north positive", {-90, 90});
-    auto* longitude = addNumberOption(*command, "--lng", options.longitude,
-                                      "Longitude in degrees, east positive", {-180, 180});
-    latitude->needs(longitude);
-    longitude->needs(latitude);
+    addCoordinateOptions(*command, options.latitude, options.longitude);
     command->add_flag("--json", options.json, "Print one JSON object with every field");
     return command;
 }
