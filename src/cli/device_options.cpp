@@ -141,10 +141,10 @@ void takeZoneOfNearestCity(const DeviceOptions& options, double latitude, double
 
 void addCoordinateOptions(CLI::App& command, std::optional<double>& latitude,
                           std::optional<double>& longitude) {
-    auto* north = addNumberOption(command, "--lat", latitude,
-                                  "Latitude in degrees, north positive", {-90, 90});
-    auto* east = addNumberOption(command, "--lng", longitude,
-                                 "Longitude in degrees, east positive", {-180, 180});
+    auto* north = addNumberOption(command, "--lat", latitude, "Latitude in degrees, north positive",
+                                  {-90, 90});
+    auto* east = addNumberOption(command, "--lng", longitude, "Longitude in degrees, east positive",
+                                 {-180, 180});
     north->needs(east);
     east->needs(north);
 }

@@ -200,8 +200,9 @@ CLI::App* addLocationsCommand(CLI::App& app, LocationsOptions& options) {
     command->add_subcommand("list", "Every place; * marks the selected one")
         ->add_flag("--json", options.json, "One JSON object");
     auto* add = command->add_subcommand(
-        "add", "Save a city by name, or any place by NAME LAT LNG ZONE (one of the same name "
-               "is replaced)");
+        "add",
+        "Save a city by name, or any place by NAME LAT LNG ZONE (one of the same name "
+        "is replaced)");
     add->add_option("name", options.name, "A city, such as Paris or \"Quito, Ecuador\"")
         ->required();
     add->add_option("latitude", options.latitude, "Degrees, north positive");

@@ -5,11 +5,11 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/device_options.hpp"
+#include "locations/widget_location_cache.hpp"
 #include "platform/date_formatter.hpp"
 #include "platform/device.hpp"
 #include "platform/localization.hpp"
 #include "platform/log.hpp"
-#include "locations/widget_location_cache.hpp"
 #include "timeline/make_widget_data.hpp"
 #include "timeline/widget_data_builder.hpp"
 

@@ -92,8 +92,8 @@ Resolution resolve(const std::vector<Place>& cities, std::string_view text) {
             found, [&](const Place& place) { return zoneCity(place.timezone) == name; });
         if (zoneNamed == 1) {
             return {.place = *std::ranges::find_if(found, [&](const Place& place) {
-                return zoneCity(place.timezone) == name;
-            })};
+                        return zoneCity(place.timezone) == name;
+                    })};
         }
     }
     return {.candidates = std::move(found)};

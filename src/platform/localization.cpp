@@ -19,7 +19,6 @@ namespace {
 
 constexpr const char* kTextDomain = "lunoval";
 
-
 // "pt_BR" looks in pt_BR, then pt.
 std::string languageList(const std::string& locale) {
     const auto language = locale.substr(0, locale.find('_'));

@@ -132,8 +132,9 @@ TEST_F(EclipsesCommand, SendsDiagnosticsToStandardErrorWithJson) {
     const auto missing = eclipses("--json");
     EXPECT_EQ(missing.status, 1);
     EXPECT_TRUE(missing.out.empty()) << missing.out;
-    EXPECT_TRUE(missing.err.starts_with("lunoval: cannot find the phase tables and the eclipse "
-                                        "catalogue in "))
+    EXPECT_TRUE(
+        missing.err.starts_with("lunoval: cannot find the phase tables and the eclipse "
+                                "catalogue in "))
         << missing.err;
     write(std::string("junk\n") + kEclipses);
     const auto run = eclipses("--json --from 2023 --to 2023");

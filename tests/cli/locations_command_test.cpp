@@ -94,8 +94,8 @@ TEST_F(HostAppCommands, PlacesByName) {
         const char* zoneOrMessage;  // the saved place's zone, else a part of the error
     };
     for (const auto& [name, status, expected] : std::vector<Case>{
-             {"Paris", 0, "Europe/Paris"},                 // not Paris, Texas or Illinois
-             {"paris, texas", 0, "America/Chicago"},       // narrowed by its state
+             {"Paris", 0, "Europe/Paris"},            // not Paris, Texas or Illinois
+             {"paris, texas", 0, "America/Chicago"},  // narrowed by its state
              {"Quito, Ecuador", 0, "America/Guayaquil"},
              {"São Paulo", 0, "America/Sao_Paulo"},
              {"ZURICH", 0, "Europe/Zurich"},               // no accent, any case

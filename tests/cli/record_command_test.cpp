@@ -81,7 +81,8 @@ TEST(RecordCommand, AnswersWhateverLocaleOrZoneTheEnvironmentNames) {
 
 // Without --timezone a place keeps the time of its city, or of the nearest one, and says so.
 TEST(RecordCommand, APlaceWithoutAZoneTakesItsCitys) {
-    for (const auto& [arguments, zone, said] : std::vector<std::tuple<std::string, std::string, bool>>{
+    for (const auto& [arguments, zone, said] :
+         std::vector<std::tuple<std::string, std::string, bool>>{
              {"record --json --lat 35.68 --lng 139.69", "Asia/Tokyo", true},
              {"timeline --json --location \"Quito, Ecuador\"", "America/Guayaquil", true},
              {"record --json --location Paris", "Europe/Paris", true},
