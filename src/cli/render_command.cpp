@@ -41,12 +41,13 @@ CLI::App* addRenderCommand(CLI::App& app, RenderCommandOptions& options) {
 }
 
 int runRender(const RenderCommandOptions& options) {
-    const auto [widget, family] = requestedWidget(options.request);
+    const auto widget = requestedWidget(options.request);
     const auto out = options.out.value_or(defaultImageName(options.request));
     requireImageFormat(out);
-    requestEntry(options.request, family, [&](const MoonWidgetEntry& entry) {
+    requestEntry(options.request, widget.second, [&](const MoonWidgetEntry& entry) {
         const ui::PangoTextMeasurer measurer;
-        const auto rendered = renderWidget(widget, family, entry, options.render, measurer);
+        const auto rendered =
+            renderWidget(widget.first, widget.second, entry, options.render, measurer);
         ui::writeImage(rendered.list, rendered.environment, out);
     });
     return 0;
