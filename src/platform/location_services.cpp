@@ -19,6 +19,13 @@ double distanceMeters(const Location& from, const Location& to) {
     return meters;
 }
 
+void PlatformLocationManager::answerLater(MainQueue& queue, double seconds,
+                                          std::function<void(PlatformLocationDelegate&)> answer) {
+    queue.asyncAfter(seconds, [this, alive = std::weak_ptr(alive_), answer = std::move(answer)] {
+        if (!alive.expired() && delegate_ != nullptr) answer(*delegate_);
+    });
+}
+
 namespace {
 
 // Answers as the configured service would, through the main queue like the real one.
@@ -55,13 +62,13 @@ class StandInLocationManager : public PlatformLocationManager {
                 return;
             case LocationService::Kind::fixed:
             case LocationService::Kind::late:
-                queue_.asyncAfter(service_.delaySeconds, [this] {
-                    if (delegate() != nullptr) delegate()->didUpdateLocations({service_.fix});
+                answerLater(queue_, service_.delaySeconds, [fix = service_.fix](auto& delegate) {
+                    delegate.didUpdateLocations({fix});
                 });
                 return;
             default:
-                queue_.async([this] {
-                    if (delegate() != nullptr) delegate()->didFailWithError(failure());
+                answerLater(queue_, 0, [error = failure()](auto& delegate) {
+                    delegate.didFailWithError(error);
                 });
         }
     }

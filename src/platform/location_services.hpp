@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -81,9 +82,13 @@ class PlatformLocationManager {
 
   protected:
     [[nodiscard]] PlatformLocationDelegate* delegate() const { return delegate_; }
+    // Answers the delegate from the queue after `seconds`, unless this manager is gone by then.
+    void answerLater(MainQueue& queue, double seconds,
+                     std::function<void(PlatformLocationDelegate&)> answer);
 
   private:
     PlatformLocationDelegate* delegate_ = nullptr;
+    std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 
 // The stand-in services a device can be set up with.

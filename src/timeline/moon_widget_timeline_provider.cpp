@@ -16,8 +16,7 @@ constexpr double kLocationTimeoutSeconds = 8.0;
 constexpr double kRetrySeconds = 15 * 60.0;
 
 // What one timeline request shares between the time-out and the location answers. The
-// manager is held here until the fetch ends; the closures it stores hold this in turn, so
-// releasing the holder frees them all.
+// manager is held here until the fetch ends.
 struct PendingTimeline {
     Date start;
     bool resumed = false;
@@ -117,9 +116,13 @@ void MoonWidgetTimelineProvider::timeline(
                           .widgetData = makeWidgetData(std::nullopt, authorized, defaults)});
         releaseAfterAnswer(queue, pending);
     });
+    // The manager keeps its answer's closure, so the closure holds the request only weakly: the
+    // queue's blocks own it, and a queue dropped with a fetch still open frees all of it.
     pending->manager->requestLocation(
-        true, [defaults = defaults_, &queue = queue_, pending](std::optional<Location> location,
-                                                               bool, bool authorized) {
+        true, [defaults = defaults_, &queue = queue_, weak = std::weak_ptr(pending)](
+                  std::optional<Location> location, bool, bool authorized) {
+            const auto pending = weak.lock();
+            if (!pending) return;
             if (pending->resumed) {
                 // A late answer without a place keeps the manager: a later one may bring it.
                 if (!location) return;

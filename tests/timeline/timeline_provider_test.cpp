@@ -31,8 +31,8 @@ class LateLocationManager : public PlatformLocationManager {
     [[nodiscard]] std::optional<Location> location() const override { return std::nullopt; }
     void requestLocation() override {
         if (!delay_) return;
-        queue_.asyncAfter(*delay_, [this] {
-            if (delegate() != nullptr) delegate()->didUpdateLocations({{-33.87, 151.21}});
+        answerLater(queue_, *delay_, [](auto& delegate) {
+            delegate.didUpdateLocations({{-33.87, 151.21}});
         });
     }
     void startUpdatingLocation() override {}
@@ -171,7 +171,10 @@ TEST_F(TimelineProvider, LateAndBackgroundFixesReachTheCacheAndEveryManagerEnds)
         std::optional<double> answeredAt, finished;
         const double start = queue_.now().timeIntervalSince1970();
         const MoonWidgetTimelineProvider late(
-            queue_, [&] { return std::make_unique<LateLocationManager>(queue_, delay, alive); },
+            queue_,
+            [this, &alive, wait = delay] {
+                return std::make_unique<LateLocationManager>(queue_, wait, alive);
+            },
             defaults());
         ::testing::internal::CaptureStdout();
         late.timeline(
