@@ -5,11 +5,11 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/device_options.hpp"
+#include "locations/widget_location_cache.hpp"
 #include "platform/date_formatter.hpp"
 #include "platform/device.hpp"
 #include "platform/localization.hpp"
 #include "platform/log.hpp"
-#include "locations/widget_location_cache.hpp"
 #include "timeline/make_widget_data.hpp"
 #include "timeline/widget_data_builder.hpp"
 
@@ -61,9 +61,8 @@ void printSummary(const MoonWidgetData& record) {
     }
 }
 
-MoonWidgetData placeToRecord(const RecordOptions& options, const DeviceOptions& device) {
+MoonWidgetData placeToRecord(const RecordOptions& options) {
     if (options.latitude && options.longitude) {
-        takeZoneOfNearestCity(device, *options.latitude, *options.longitude);
         return {.latitude = *options.latitude,
                 .longitude = *options.longitude,
                 .timezone = device::timeZone().identifier()};
@@ -95,9 +94,14 @@ CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options) {
     return command;
 }
 
-int runRecord(const RecordOptions& options, const DeviceOptions& device) {
+std::optional<Location> recordPlace(const RecordOptions& options) {
+    if (!options.latitude || !options.longitude) return std::nullopt;
+    return Location{.latitude = *options.latitude, .longitude = *options.longitude};
+}
+
+int runRecord(const RecordOptions& options) {
     if (options.json) log::toStandardError(true);
-    auto record = placeToRecord(options, device);
+    auto record = placeToRecord(options);
     const Date now = device::now();
     record.selectedTime = now;
     fill(record, now, true, now);
