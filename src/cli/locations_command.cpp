@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <iostream>
+#include <sstream>
 
 #include "cli/device_options.hpp"
 #include "cli/place_names.hpp"
@@ -12,6 +13,7 @@
 #include "places/world_locations.hpp"
 #include "platform/device.hpp"
 #include "platform/files.hpp"
+#include "platform/log.hpp"
 #include "platform/number_text.hpp"
 #include "timeline/moon_widget_data.hpp"
 
@@ -152,11 +154,23 @@ void saveWidgetData(const GeoLocationData& place, bool isDevice) {
     WidgetReloader::reloadAllTimelines();
 }
 
+std::string seconds(double value) {
+    std::ostringstream text;
+    text << value << " s";
+    return text.str();
+}
+
 // Runs the main queue while `start`'s update lasts; whether it found the device.
-int update(LocationManager& manager, const std::function<void()>& start) {
+int update(LocationManager& manager, double timeout, const std::function<void()>& start) {
     PrintingObserver observer;
     manager.SubscribeToNotification(&observer);
+    manager.SetUpdateTimer(timeout);
     start();
+    mainQueue().runDue();
+    if (manager.isUpdatingCurrentLocation()) {
+        log::note("Waiting for a fix from location services (up to " + seconds(timeout) +
+                  "; --timeout sets it)…");
+    }
     mainQueue().runUntil([&] { return !manager.isUpdatingCurrentLocation(); });
     mainQueue().runDue();
     manager.UnsubscribeToNotification(&observer);
@@ -174,9 +188,9 @@ int update(LocationManager& manager, const std::function<void()>& start) {
     return 1;
 }
 
-int select(LocationManager& manager, long long index) {
+int select(LocationManager& manager, long long index, double timeout) {
     if (index == 0) {
-        const int status = update(manager, [&] { manager.ChangeSelectedLocation(0); });
+        const int status = update(manager, timeout, [&] { manager.ChangeSelectedLocation(0); });
         if (status == 0) {
             // The list keeps a device selection in memory only; here it is the user's choice.
             manager.saveSelectedLocationToSharedPrefs();
@@ -200,8 +214,9 @@ CLI::App* addLocationsCommand(CLI::App& app, LocationsOptions& options) {
     command->add_subcommand("list", "Every place; * marks the selected one")
         ->add_flag("--json", options.json, "One JSON object");
     auto* add = command->add_subcommand(
-        "add", "Save a city by name, or any place by NAME LAT LNG ZONE (one of the same name "
-               "is replaced)");
+        "add",
+        "Save a city by name, or any place by NAME LAT LNG ZONE (one of the same name "
+        "is replaced)");
     add->add_option("name", options.name, "A city, such as Paris or \"Quito, Ecuador\"")
         ->required();
     add->add_option("latitude", options.latitude, "Degrees, north positive");
@@ -218,11 +233,15 @@ CLI::App* addLocationsCommand(CLI::App& app, LocationsOptions& options) {
     auto* move = command->add_subcommand("move", "Move a saved place to another index");
     addNumberOption(*move, "from", options.index, "Its index", kIndices)->required();
     addNumberOption(*move, "to", options.to, "Its new index", kIndices)->required();
-    addNumberOption(
-        *command->add_subcommand("select", "Select a place (0: follow the device) for the widgets"),
-        "index", options.index, "Its index", kIndices)
-        ->required();
-    command->add_subcommand("update", "Find the device's position, printing each stage");
+    auto* select =
+        command->add_subcommand("select", "Select a place (0: follow the device) for the widgets");
+    addNumberOption(*select, "index", options.index, "Its index", kIndices)->required();
+    auto* update =
+        command->add_subcommand("update", "Find the device's position, printing each stage");
+    for (auto* waits : {select, update}) {
+        addNumberOption(*waits, "--timeout", options.timeout,
+                        "Seconds to wait for a fix (default: 300)", {1, 86400});
+    }
     return command;
 }
 
@@ -255,8 +274,9 @@ int runLocations(const CLI::App& command, const LocationsOptions& options) {
         manager.SaveLocationListToDisk();
         return 0;
     }
-    if (name == "select") return select(manager, options.index);
-    return update(manager, [&] { manager.UpdateUserCurrentLocation(); });
+    const auto timeout = options.timeout.value_or(kUpdateTimerSeconds);
+    if (name == "select") return select(manager, options.index, timeout);
+    return update(manager, timeout, [&] { manager.UpdateUserCurrentLocation(); });
 }
 
 }  // namespace lunoval::cli

@@ -1,5 +1,6 @@
 #include "cli/moon_command.hpp"
 
+#include <iostream>
 #include <sstream>
 
 #include "astro/moon_phase.hpp"
@@ -119,6 +120,7 @@ int runMoon(const MoonOptions& options) {
     const auto list =
         ui::render(disc.body(), {options.size, options.size}, {measurer, environment});
     ui::writeImage(list, environment, options.out);
+    std::cout << "Wrote " << options.out << "\n";
     return 0;
 }
 
