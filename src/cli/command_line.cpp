@@ -89,6 +89,16 @@ int missingCommand(const CLI::App& app) {
     return fail(scope.get_name() + " needs one of the commands listed", kUsageError);
 }
 
+// Where to read the forms a command takes, for the errors that do not say them.
+std::string helpHint(const CLI::App& app, const CLI::ParseError& error) {
+    if (dynamic_cast<const CLI::ValidationError*>(&error)) return "";
+    std::string command;
+    for (const auto* scope = &deepestCommand(app); scope; scope = scope->get_parent()) {
+        command = scope->get_name() + (command.empty() ? "" : " ") + command;
+    }
+    return " (" + command + " --help shows the forms)";
+}
+
 bool lacksCommand(const CLI::ParseError& error) {
     return dynamic_cast<const CLI::RequiredError*>(&error) &&
            std::string_view(error.what()).starts_with("A subcommand");
@@ -149,7 +159,7 @@ int CommandLine::run(int argc, char** argv, const std::function<int()>& command)
         return app.exit(e);
     } catch (const CLI::ParseError& e) {
         if (lacksCommand(e)) return missingCommand(app);
-        return fail(e.what(), kUsageError);
+        return fail(e.what() + helpHint(app, e), kUsageError);
     } catch (const UsageError& e) {
         return fail(e.what(), kUsageError);
     } catch (const std::exception& e) {

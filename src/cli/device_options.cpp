@@ -164,6 +164,15 @@ template CLI::Option* addNumberOption(CLI::App&, const std::string&, std::option
 template CLI::Option* addNumberOption(CLI::App&, const std::string&, long long&, const std::string&,
                                       NumberRange);
 
+TimeZone zoneNamed(const std::string& identifier) {
+    auto zone = TimeZone::named(identifier);
+    if (!zone) {
+        throw UsageError("unknown time zone '" + identifier +
+                         "' (a zone of the time-zone database, such as Europe/Paris or UTC)");
+    }
+    return std::move(*zone);
+}
+
 void takeZoneOfNearestCity(const DeviceOptions& options, double latitude, double longitude) {
     if (options.timeZone) return;
     try {
@@ -209,14 +218,7 @@ void applyDeviceOptions(const DeviceOptions& options, std::optional<Location> co
                          "zone, 2025-10-07T21:30:00Z or with an offset such as +02:00, or "
                          "@seconds since 1970; years -9999 to 9999)");
     }
-    if (options.timeZone) {
-        auto zone = TimeZone::named(*options.timeZone);
-        if (!zone) {
-            throw UsageError("unknown time zone '" + *options.timeZone +
-                             "' (a zone of the time-zone database, such as Europe/Paris or UTC)");
-        }
-        device::setTimeZone(std::move(*zone));
-    }
+    if (options.timeZone) device::setTimeZone(zoneNamed(*options.timeZone));
     if (options.locale) device::setLocaleIdentifier(*options.locale);
     device::setLocationService(locationService(options));
     if (commandPlace) {

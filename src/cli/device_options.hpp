@@ -27,6 +27,9 @@ inline constexpr const char* kDeviceOptionsGroup = "Device options (on every com
 
 void addDeviceOptions(CLI::App& app, DeviceOptions& options);
 
+// The zone of the database of that name; throws UsageError naming the form expected.
+TimeZone zoneNamed(const std::string& identifier);
+
 // Without --timezone, the device takes the zone of the nearest city of the world locations,
 // and says so.
 void takeZoneOfNearestCity(const DeviceOptions& options, double latitude, double longitude);

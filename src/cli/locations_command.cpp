@@ -3,6 +3,7 @@
 #include <functional>
 #include <iostream>
 #include <sstream>
+#include <utility>
 
 #include "cli/device_options.hpp"
 #include "cli/place_names.hpp"
@@ -24,7 +25,10 @@ namespace {
 // Prints each stage of a device update as the manager announces it.
 class PrintingObserver : public LocationObserver {
   public:
-    void BeginLocationUpdate() override { std::cout << "BeginLocationUpdate\n"; }
+    void BeginLocationUpdate() override {
+        began = true;
+        std::cout << "BeginLocationUpdate\n";
+    }
     void LocationUpdated(bool notUpdating) override {
         std::cout << "LocationUpdated: " << (notUpdating ? "true" : "false") << "\n";
     }
@@ -34,6 +38,7 @@ class PrintingObserver : public LocationObserver {
         std::cout << "LocationServicesPermissionDenied\n";
     }
 
+    bool began = false;
     bool denied = false;
 };
 
@@ -116,11 +121,10 @@ GeoLocationData newPlace(const LocationsOptions& options) {
             "a place on the equator or the prime meridian reads back as unset; "
             "move it a little, such as to 0.0001");
     }
-    const auto zone = TimeZone::named(options.zone);
-    if (!zone) throw UsageError("unknown time zone '" + options.zone + "'");
-    const auto offset = zone->offsetFromUTC(device::now()).value_or(std::chrono::seconds{0});
+    const auto zone = zoneNamed(options.zone);
+    const auto offset = zone.offsetFromUTC(device::now()).value_or(std::chrono::seconds{0});
     GeoLocationData place;
-    place.SetLocation(where->latitude, where->longitude, options.name, zone->identifier(),
+    place.SetLocation(where->latitude, where->longitude, options.name, zone.identifier(),
                       offset.count(), false);
     return place;
 }
@@ -166,12 +170,17 @@ int update(LocationManager& manager, double timeout, const std::function<void()>
     manager.SubscribeToNotification(&observer);
     manager.SetUpdateTimer(timeout);
     start();
-    mainQueue().runDue();
-    if (manager.isUpdatingCurrentLocation()) {
-        log::note("Waiting for a fix from location services (up to " + seconds(timeout) +
-                  "; --timeout sets it)…");
-    }
-    mainQueue().runUntil([&] { return !manager.isUpdatingCurrentLocation(); });
+    mainQueue().runDue();  // a fix at hand comes without a wait
+    bool said = false;
+    mainQueue().runUntil([&] {
+        if (!manager.isUpdatingCurrentLocation()) return true;
+        // Once access is settled and the search for a fix has begun.
+        if (observer.began && !std::exchange(said, true)) {
+            log::note("Waiting for a fix from location services (up to " + seconds(timeout) +
+                      "; --timeout sets it)…");
+        }
+        return false;
+    });
     mainQueue().runDue();
     manager.UnsubscribeToNotification(&observer);
     if (manager.startingPoint()) {

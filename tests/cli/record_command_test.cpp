@@ -91,6 +91,8 @@ TEST(Commands, BadInputSaysWhatWasExpected) {
              {"timeline --family systemHuge", "systemSmall,systemMedium"},
              {"render --mode sepia", "{fullColor,accented,vibrant}"},
              {"render --color-scheme blue", "{dark,light}"},
+             {"moon --scale 1 --out m.png --phase Gibbous", "waxingGibbous"},
+             {"locations add", "(lunoval locations add --help shows the forms)"},
          }) {
         const auto run = runLunoval(arguments);
         EXPECT_EQ(run.status, 2) << arguments;
