@@ -17,7 +17,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace lunoval;
     const std::string text(reinterpret_cast<const char*>(data), size);
-    (void)cli::parseInstant(text);
+    (void)cli::parseInstant(text, Calendar(TimeZone::utc()));
     (void)LocationService::parse(text);
     (void)LocationService::parseCoordinates(text);
     (void)decimalNumber(text);

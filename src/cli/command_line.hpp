@@ -9,7 +9,8 @@
 namespace lunoval::cli {
 
 // What the programs of lunoval share on their command lines: the title, the device options
-// and one command required, run with one way of failing.
+// and one command required, run with one way of failing. Without a command, or with `help`,
+// the usage lists the commands; a mistyped one is named with what it may have meant.
 struct CommandLine {
     CommandLine();
 
@@ -19,6 +20,7 @@ struct CommandLine {
 
     CLI::App app{"Moon phase and sun and moon times, as widgets and as data", "lunoval"};
     DeviceOptions device;
+    CLI::App* help = nullptr;
 };
 
 // The phase tables, the eclipse catalogue and the translations the program was installed with;

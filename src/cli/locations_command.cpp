@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <iostream>
+#include <sstream>
+#include <utility>
 
 #include "cli/device_options.hpp"
 #include "cli/place_names.hpp"
@@ -12,6 +14,7 @@
 #include "places/world_locations.hpp"
 #include "platform/device.hpp"
 #include "platform/files.hpp"
+#include "platform/log.hpp"
 #include "platform/number_text.hpp"
 #include "timeline/moon_widget_data.hpp"
 
@@ -22,7 +25,10 @@ namespace {
 // Prints each stage of a device update as the manager announces it.
 class PrintingObserver : public LocationObserver {
   public:
-    void BeginLocationUpdate() override { std::cout << "BeginLocationUpdate\n"; }
+    void BeginLocationUpdate() override {
+        began = true;
+        std::cout << "BeginLocationUpdate\n";
+    }
     void LocationUpdated(bool notUpdating) override {
         std::cout << "LocationUpdated: " << (notUpdating ? "true" : "false") << "\n";
     }
@@ -32,6 +38,7 @@ class PrintingObserver : public LocationObserver {
         std::cout << "LocationServicesPermissionDenied\n";
     }
 
+    bool began = false;
     bool denied = false;
 };
 
@@ -114,11 +121,10 @@ GeoLocationData newPlace(const LocationsOptions& options) {
             "a place on the equator or the prime meridian reads back as unset; "
             "move it a little, such as to 0.0001");
     }
-    const auto zone = TimeZone::named(options.zone);
-    if (!zone) throw UsageError("unknown time zone '" + options.zone + "'");
-    const auto offset = zone->offsetFromUTC(device::now()).value_or(std::chrono::seconds{0});
+    const auto zone = zoneNamed(options.zone);
+    const auto offset = zone.offsetFromUTC(device::now()).value_or(std::chrono::seconds{0});
     GeoLocationData place;
-    place.SetLocation(where->latitude, where->longitude, options.name, zone->identifier(),
+    place.SetLocation(where->latitude, where->longitude, options.name, zone.identifier(),
                       offset.count(), false);
     return place;
 }
@@ -152,12 +158,29 @@ void saveWidgetData(const GeoLocationData& place, bool isDevice) {
     WidgetReloader::reloadAllTimelines();
 }
 
+std::string seconds(double value) {
+    std::ostringstream text;
+    text << value << " s";
+    return text.str();
+}
+
 // Runs the main queue while `start`'s update lasts; whether it found the device.
-int update(LocationManager& manager, const std::function<void()>& start) {
+int update(LocationManager& manager, double timeout, const std::function<void()>& start) {
     PrintingObserver observer;
     manager.SubscribeToNotification(&observer);
+    manager.SetUpdateTimer(timeout);
     start();
-    mainQueue().runUntil([&] { return !manager.isUpdatingCurrentLocation(); });
+    mainQueue().runDue();  // a fix at hand comes without a wait
+    bool said = false;
+    mainQueue().runUntil([&] {
+        if (!manager.isUpdatingCurrentLocation()) return true;
+        // Once access is settled and the search for a fix has begun.
+        if (observer.began && !std::exchange(said, true)) {
+            log::note("Waiting for a fix from location services (up to " + seconds(timeout) +
+                      "; --timeout sets it)…");
+        }
+        return false;
+    });
     mainQueue().runDue();
     manager.UnsubscribeToNotification(&observer);
     if (manager.startingPoint()) {
@@ -174,9 +197,9 @@ int update(LocationManager& manager, const std::function<void()>& start) {
     return 1;
 }
 
-int select(LocationManager& manager, long long index) {
+int select(LocationManager& manager, long long index, double timeout) {
     if (index == 0) {
-        const int status = update(manager, [&] { manager.ChangeSelectedLocation(0); });
+        const int status = update(manager, timeout, [&] { manager.ChangeSelectedLocation(0); });
         if (status == 0) {
             // The list keeps a device selection in memory only; here it is the user's choice.
             manager.saveSelectedLocationToSharedPrefs();
@@ -219,11 +242,15 @@ CLI::App* addLocationsCommand(CLI::App& app, LocationsOptions& options) {
     auto* move = command->add_subcommand("move", "Move a saved place to another index");
     addNumberOption(*move, "from", options.index, "Its index", kIndices)->required();
     addNumberOption(*move, "to", options.to, "Its new index", kIndices)->required();
-    addNumberOption(
-        *command->add_subcommand("select", "Select a place (0: follow the device) for the widgets"),
-        "index", options.index, "Its index", kIndices)
-        ->required();
-    command->add_subcommand("update", "Find the device's position, printing each stage");
+    auto* select =
+        command->add_subcommand("select", "Select a place (0: follow the device) for the widgets");
+    addNumberOption(*select, "index", options.index, "Its index", kIndices)->required();
+    auto* update =
+        command->add_subcommand("update", "Find the device's position, printing each stage");
+    for (auto* waits : {select, update}) {
+        addNumberOption(*waits, "--timeout", options.timeout,
+                        "Seconds to wait for a fix (default: 300)", {1, 86400});
+    }
     return command;
 }
 
@@ -256,8 +283,9 @@ int runLocations(const CLI::App& command, const LocationsOptions& options) {
         manager.SaveLocationListToDisk();
         return 0;
     }
-    if (name == "select") return select(manager, options.index);
-    return update(manager, [&] { manager.UpdateUserCurrentLocation(); });
+    const auto timeout = options.timeout.value_or(kUpdateTimerSeconds);
+    if (name == "select") return select(manager, options.index, timeout);
+    return update(manager, timeout, [&] { manager.UpdateUserCurrentLocation(); });
 }
 
 }  // namespace lunoval::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -14,6 +15,7 @@ struct LocationsOptions {
     std::string zone;
     long long index = 0;
     long long to = 0;
+    std::optional<double> timeout;  // seconds; absent: the update's own timer
 };
 
 // The host app's side of the saved places: list, add, remove, move, select, update.

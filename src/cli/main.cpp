@@ -33,11 +33,12 @@ int main(int argc, char** argv) {
     return commandLine.run(argc, argv, [&] {
         // The drawing program reads the device options itself.
         if (std::ranges::any_of(drawingCommands, &CLI::App::parsed)) runDrawingProgram(argv);
-        applyDeviceOptions(commandLine.device);
+        applyDeviceOptions(commandLine.device,
+                           recordCommand->parsed() ? recordPlace(record) : std::nullopt);
         if (recordCommand->parsed() || eclipsesCommand->parsed() || timelineCommand->parsed()) {
             requireInstalledData();
         }
-        if (recordCommand->parsed()) return runRecord(record, commandLine.device);
+        if (recordCommand->parsed()) return runRecord(record);
         if (eclipsesCommand->parsed()) return runEclipses(eclipses);
         if (timelineCommand->parsed()) return runTimeline(timeline);
         if (reloadCommand->parsed()) return runReload();

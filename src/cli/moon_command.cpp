@@ -1,6 +1,8 @@
 #include "cli/moon_command.hpp"
 
+#include <iostream>
 #include <sstream>
+#include <vector>
 
 #include "astro/moon_phase.hpp"
 #include "cli/drawing_commands.hpp"
@@ -32,14 +34,29 @@ void requireDrawableSize(const MoonOptions& options) {
     }
 }
 
+std::vector<PhaseType> allPhases() {
+    std::vector<PhaseType> phases;
+    for (int i = 0; i <= static_cast<int>(PhaseType::waningCrescent); ++i) {
+        phases.push_back(static_cast<PhaseType>(i));
+    }
+    return phases;
+}
+
 // Accepts the displayed name ("Waxing Gibbous") or the case name ("waxingGibbous").
 std::optional<PhaseType> phaseNamed(const std::string& name) {
     if (const auto phase = Solar::phaseType(name)) return phase;
-    for (int i = 0; i <= static_cast<int>(PhaseType::waningCrescent); ++i) {
-        const auto phase = static_cast<PhaseType>(i);
+    for (const auto phase : allPhases()) {
         if (Solar::caseName(phase) == name) return phase;
     }
     return std::nullopt;
+}
+
+std::string phaseNames() {
+    std::string names;
+    for (const auto phase : allPhases()) {
+        names += (names.empty() ? "" : ", ") + std::string(Solar::caseName(phase));
+    }
+    return names;
 }
 
 // What a phase given without its lit fraction looks like on a typical day.
@@ -64,7 +81,10 @@ double typicalIllumination(PhaseType phase) {
 
 Solar::SimpleMoonPhase givenPhase(const MoonOptions& options) {
     const auto phase = phaseNamed(*options.phase);
-    if (!phase) throw UsageError("unknown phase '" + *options.phase + "'");
+    if (!phase) {
+        throw UsageError("unknown phase '" + *options.phase + "' (" + phaseNames() +
+                         ", or as shown, such as \"Waxing Gibbous\")");
+    }
     return {.illumination = options.illumination.value_or(typicalIllumination(*phase)),
             .phaseName = std::string(Solar::rawValue(*phase)),
             .phaseType = *phase,
@@ -119,6 +139,7 @@ int runMoon(const MoonOptions& options) {
     const auto list =
         ui::render(disc.body(), {options.size, options.size}, {measurer, environment});
     ui::writeImage(list, environment, options.out);
+    std::cout << "Wrote " << options.out << "\n";
     return 0;
 }
 

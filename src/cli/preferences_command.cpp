@@ -42,6 +42,17 @@ std::string shown(const PropertyValue& value) {
     return value.is_number() ? doubleDescription(value.get<double>()) : value.get<std::string>();
 }
 
+int printStored(const OVStorage& preferences, const std::string& key) {
+    const auto value = preferences.objectForKey(key);
+    if (!value || !(value->is_string() || value->is_number())) {
+        std::cerr << "lunoval: no " << key << " is kept (lunoval preferences set " << key
+                  << " VALUE keeps one)\n";
+        return 1;
+    }
+    std::cout << shown(*value) << "\n";
+    return 0;
+}
+
 }  // namespace
 
 CLI::App* addPreferencesCommand(CLI::App& app, PreferencesOptions& options) {
@@ -50,6 +61,9 @@ CLI::App* addPreferencesCommand(CLI::App& app, PreferencesOptions& options) {
     auto* set = command->add_subcommand("set", "Keep a default");
     set->add_option("key", options.key, "outputFolder or scale")->required();
     set->add_option("value", options.value, "A folder, or pixels per point")->required();
+    command->add_subcommand("get", "Print a default kept")
+        ->add_option("key", options.key, "outputFolder or scale")
+        ->required();
     command->add_subcommand("unset", "Forget a default")
         ->add_option("key", options.key, "outputFolder or scale")
         ->required();
@@ -67,7 +81,9 @@ int runPreferences(const CLI::App& command, const PreferencesOptions& options) {
     }
     requireKnown(options.key);
     auto& preferences = store();
-    if (command.get_subcommands().front()->get_name() == "set") {
+    const auto action = command.get_subcommands().front()->get_name();
+    if (action == "get") return printStored(preferences, options.key);
+    if (action == "set") {
         preferences.setObject(parsedValue(options.key, options.value), options.key);
     } else {
         preferences.removeObject(options.key);

@@ -61,9 +61,8 @@ void printSummary(const MoonWidgetData& record) {
     }
 }
 
-MoonWidgetData placeToRecord(const RecordOptions& options, const DeviceOptions& device) {
+MoonWidgetData placeToRecord(const RecordOptions& options) {
     if (options.latitude && options.longitude) {
-        takeZoneOfNearestCity(device, *options.latitude, *options.longitude);
         return {.latitude = *options.latitude,
                 .longitude = *options.longitude,
                 .timezone = device::timeZone().identifier()};
@@ -90,9 +89,14 @@ CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options) {
     return command;
 }
 
-int runRecord(const RecordOptions& options, const DeviceOptions& device) {
+std::optional<Location> recordPlace(const RecordOptions& options) {
+    if (!options.latitude || !options.longitude) return std::nullopt;
+    return Location{.latitude = *options.latitude, .longitude = *options.longitude};
+}
+
+int runRecord(const RecordOptions& options) {
     if (options.json) log::toStandardError(true);
-    auto record = placeToRecord(options, device);
+    auto record = placeToRecord(options);
     const Date now = device::now();
     record.selectedTime = now;
     fill(record, now, true, now);

@@ -16,6 +16,9 @@ CLI::App* addRecordCommand(CLI::App& app, RecordOptions& options);
 
 // Fills one record for a place at the device's instant and prints it: --lat and --lng, else the
 // device's fixed position (--location), else the selected saved place, as a widget would.
-int runRecord(const RecordOptions& options, const DeviceOptions& device);
+int runRecord(const RecordOptions& options);
+
+// The place given by --lat and --lng, whose zone the device takes without --timezone.
+std::optional<Location> recordPlace(const RecordOptions& options);
 
 }  // namespace lunoval::cli

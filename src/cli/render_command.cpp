@@ -1,5 +1,7 @@
 #include "cli/render_command.hpp"
 
+#include <iostream>
+
 #include "cli/drawing_commands.hpp"
 #include "ui/painter.hpp"
 #include "ui/pango_text_measurer.hpp"
@@ -8,18 +10,16 @@ namespace lunoval::cli {
 
 void addRenderOptions(CLI::App& command, RenderOptions& options) {
     addNumberOption(command, "--scale", options.scale, "Device pixels per point", kScaleRange);
-    const std::map<std::string, ui::RenderingMode> modes{
-        {"fullColor", ui::RenderingMode::fullColor},
-        {"accented", ui::RenderingMode::accented},
-        {"vibrant", ui::RenderingMode::vibrant}};
-    command
-        .add_option("--mode", options.mode,
-                    "fullColor, accented or vibrant (default: vibrant on the lock screen)")
-        ->transform(CLI::CheckedTransformer(modes));
-    const std::map<std::string, ui::ColorScheme> schemes{{"dark", ui::ColorScheme::dark},
-                                                         {"light", ui::ColorScheme::light}};
-    command.add_option("--color-scheme", options.colorScheme, "dark or light")
-        ->transform(CLI::CheckedTransformer(schemes));
+    addChoiceOption(command, "--mode", options.mode,
+                    std::vector<std::pair<std::string, ui::RenderingMode>>{
+                        {"fullColor", ui::RenderingMode::fullColor},
+                        {"accented", ui::RenderingMode::accented},
+                        {"vibrant", ui::RenderingMode::vibrant}},
+                    "The lock screen's style (default: vibrant there)");
+    addChoiceOption(command, "--color-scheme", options.colorScheme,
+                    std::vector<std::pair<std::string, ui::ColorScheme>>{
+                        {"dark", ui::ColorScheme::dark}, {"light", ui::ColorScheme::light}},
+                    "The system's appearance");
 }
 
 std::string defaultImageName(const WidgetRequest& request) {
@@ -50,6 +50,7 @@ int runRender(const RenderCommandOptions& options) {
             renderWidget(widget.first, widget.second, entry, options.render, measurer);
         ui::writeImage(rendered.list, rendered.environment, out);
     });
+    std::cout << "Wrote " << out << "\n";
     return 0;
 }
 

@@ -30,12 +30,7 @@ void addWidgetRequestOptions(CLI::App& command, WidgetRequest& request) {
     command.add_option("--kind", request.kind, "The widget kind")
         ->check(CLI::IsMember(kindNames()));
     command.add_option("--family", request.family, "The widget family")
-        ->check(CLI::Validator(
-            [](const std::string& name) {
-                return widgetkit::widgetFamily(name) ? std::string{}
-                                                     : "unknown widget family '" + name + "'";
-            },
-            "FAMILY"));
+        ->check(CLI::IsMember(widgetkit::familyNames()));
     auto* snapshot = command.add_flag("--snapshot", request.snapshot, "A snapshot, not a timeline");
     auto* placeholder =
         command.add_flag("--placeholder", request.placeholder, "The placeholder entry");

@@ -18,7 +18,6 @@ namespace {
 constexpr const char* kCurrentLocationName = "Current Location";
 constexpr const char* kLocationsKey = "locations";
 constexpr const char* kSelectedIndexKey = "selectedIndex";
-constexpr double kUpdateTimerSeconds = 300.0;
 constexpr double kStaleAfterSeconds = 60;
 constexpr double kUnknownAccuracy = 9999.0;
 constexpr double kPoorAccuracy = 300.0;
@@ -324,7 +323,7 @@ void LocationManager::beginLoadingUserLocation() {
     if (useTimeout_ != 0) {
         currentAccuracy_ = kUnknownAccuracy;
         lastUpdateTime_ = device::now();
-        services_.mainQueue->asyncAfter(kUpdateTimerSeconds, [this] { handleTimer(); });
+        services_.mainQueue->asyncAfter(updateTimerSeconds_, [this] { handleTimer(); });
     }
 }
 

@@ -15,6 +15,9 @@
 
 namespace lunoval {
 
+// How long an update looks for a fix unless told otherwise.
+inline constexpr double kUpdateTimerSeconds = 300.0;
+
 // Told of each stage of a device-location update, in the order observers subscribed.
 class LocationObserver {
   public:
@@ -85,6 +88,8 @@ class LocationManager : public PlatformLocationDelegate {
 
     void SetOptions(double desiredAccuracy, int maxTries, double useTimeout, double updateHeading);
     void UpdateUserCurrentLocation();
+    // How long an update looks for a fix before it settles for what it has.
+    void SetUpdateTimer(double seconds) { updateTimerSeconds_ = seconds; }
     void StopUpdatingCurrentLocation();
 
     void didUpdateLocations(const std::vector<Location>& locations) override;
@@ -111,6 +116,7 @@ class LocationManager : public PlatformLocationDelegate {
     double desiredAccuracy_ = kBestAccuracy;
     double currentAccuracy_ = 0;
     double useTimeout_ = 1.0;
+    double updateTimerSeconds_ = kUpdateTimerSeconds;
     double updateHeading_ = 0.0;
     bool isUpdating_ = false;
     std::optional<Date> lastUpdateTime_;

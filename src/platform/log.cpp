@@ -8,10 +8,12 @@ namespace lunoval::log {
 
 namespace {
 std::atomic<bool> useStandardError{false};
+std::atomic<Verbosity> verbosity{Verbosity::normal};
 std::mutex writeMutex;
 }  // namespace
 
 void line(std::string_view text) {
+    if (verbosity == Verbosity::quiet) return;
     std::FILE* stream = useStandardError ? stderr : stdout;
     std::scoped_lock lock(writeMutex);
     std::fwrite(text.data(), 1, text.size(), stream);
@@ -27,8 +29,16 @@ void warning(std::string_view text) {
     std::fflush(stderr);
 }
 
+void note(std::string_view text) {
+    if (verbosity != Verbosity::quiet) warning(text);
+}
+
 void toStandardError(bool enabled) {
     useStandardError = enabled;
+}
+
+void setVerbosity(Verbosity chosen) {
+    verbosity = chosen;
 }
 
 }  // namespace lunoval::log

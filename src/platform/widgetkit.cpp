@@ -37,6 +37,12 @@ std::optional<WidgetFamily> widgetFamily(std::string_view name) {
     return std::nullopt;
 }
 
+std::vector<std::string> familyNames() {
+    std::vector<std::string> names;
+    for (const auto& entry : kFamilies) names.emplace_back(entry.name);
+    return names;
+}
+
 FamilySize familySize(WidgetFamily family) {
     return traits(family).size;
 }

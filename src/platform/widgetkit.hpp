@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,8 @@ enum class WidgetFamily {
 
 std::string_view familyName(WidgetFamily family);
 std::optional<WidgetFamily> widgetFamily(std::string_view name);
+// Every family's name, smallest home-screen size first.
+std::vector<std::string> familyNames();
 
 // A family's size in points on a common 6.1-inch phone.
 struct FamilySize {

@@ -66,6 +66,7 @@ TEST_F(HostAppCommands, UpdatesEndAsLocationServicesAnswer) {
         const char* service;
         int status;
         const char* messages;
+        const char* waiting = "";  // a part of the standard error
     };
     const std::vector<Case> cases{
         {"fixed:-33.87,151.21", 0,
@@ -75,6 +76,8 @@ TEST_F(HostAppCommands, UpdatesEndAsLocationServicesAnswer) {
         {"denied", 1,
          "BeginLocationUpdate\nLocationServicesPermissionDenied\nLocationUpdated: true\n"},
         {"undetermined", 1, ""},
+        {"late:5:1.5,2.5 --timeout 1", 1, "BeginLocationUpdate\nLocationUpdateFailed\n",
+         "lunoval: Waiting for a fix from location services (up to 1 s; --timeout sets it)"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.service);
@@ -83,6 +86,7 @@ TEST_F(HostAppCommands, UpdatesEndAsLocationServicesAnswer) {
                                 c.service);
         EXPECT_EQ(update.status, c.status);
         EXPECT_EQ(update.out, c.messages);
+        EXPECT_NE(update.err.find(c.waiting), std::string::npos) << update.err;
     }
 }
 
@@ -157,6 +161,7 @@ TEST_F(HostAppCommands, StoredPreferencesStandInForMissingOptions) {
     EXPECT_EQ(run("preferences set scale 9").status, 2);
     EXPECT_EQ(run("preferences").out,
               "scale = 1.0\noutputFolder = " + (home_ / "images").string() + "\n");
+    EXPECT_EQ(run("preferences get scale").out, "1.0\n");
 
     ASSERT_EQ(run("render --kind MoonPhaseWidget --family accessoryCircular --preview").status, 0);
     const auto image = readWholeFile(home_ / "images/MoonPhaseWidget-accessoryCircular.png");
@@ -165,6 +170,9 @@ TEST_F(HostAppCommands, StoredPreferencesStandInForMissingOptions) {
 
     ASSERT_EQ(run("preferences unset outputFolder").status, 0);
     EXPECT_EQ(run("preferences").out, "scale = 1.0\n");
+    const auto unset = run("preferences get outputFolder");
+    EXPECT_EQ(unset.status, 1);
+    EXPECT_NE(unset.err.find("no outputFolder is kept"), std::string::npos) << unset.err;
     std::ofstream(storeFile()) << "garbage";
     const auto corrupt = run("moon --out " + (home_ / "m.png").string());
     EXPECT_EQ(corrupt.status, 1);

@@ -48,6 +48,7 @@ TEST_F(WidgetCommands, RenderDrawsTheFamilySizeAtTheScale) {
             run(std::string("render ") + widget + " --location 48.85,2.35 --out " + out.string());
         EXPECT_EQ(result.status, 0) << result.err;
         EXPECT_EQ(pngSize(out), pixels) << widget;
+        EXPECT_TRUE(result.out.ends_with("Wrote " + out.string() + "\n")) << result.out;
     }
 }
 
@@ -89,6 +90,12 @@ TEST_F(WidgetCommands, APermissionPromptLinksToTheSettings) {
     EXPECT_EQ(links, 6u);
 }
 
+TEST_F(WidgetCommands, MoonSaysWhichFileItWrote) {
+    const auto result = run("moon --size 32 --out " + file("disc.png").string());
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(result.out.ends_with("Wrote " + file("disc.png").string() + "\n")) << result.out;
+}
+
 TEST_F(WidgetCommands, MoonRefusesBadPhasesAndFormats) {
     for (const char* arguments :
          {"moon --phase Gibbous", "moon --out moon.jpeg", "moon --illumination 0.5",
@@ -111,9 +118,19 @@ TEST_F(WidgetCommands, OnlyTheDrawingCommandsLoadTheDrawingLibraries) {
     EXPECT_TRUE(loadsCairo("--location 48.85,2.35 render --out " + file("w.png").string()));
     EXPECT_TRUE(fs::exists(file("w.png")));
 
-    const auto help = run("render --help");
-    EXPECT_EQ(help.status, 0);
-    EXPECT_NE(help.out.find("--color-scheme"), std::string::npos) << help.out;
+    // Each command's help, in either program, ends with the device options.
+    for (const auto& [command, expected] : std::vector<std::pair<const char*, const char*>>{
+             {"render", "--color-scheme TEXT:{dark,light}"},
+             {"moon", "--phase"},
+             {"record", "--lat"},
+             {"locations update", "--timeout"},
+             {"preferences get", "outputFolder or scale"}}) {
+        const auto help = run(std::string(command) + " --help");
+        EXPECT_EQ(help.status, 0) << command;
+        for (const char* shown : {expected, "--location-service", "--quiet"}) {
+            EXPECT_NE(help.out.find(shown), std::string::npos) << command << help.out;
+        }
+    }
     EXPECT_NE(run("--help").out.find("gallery"), std::string::npos);
 }
 
