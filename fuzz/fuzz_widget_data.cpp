@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/location_services.hpp"
 #include "timeline/moon_widget_data.hpp"
 #include "timeline/widget_data_builder.hpp"
 
