@@ -68,13 +68,10 @@ std::vector<Place> search(const std::vector<Place>& cities, std::string_view tex
     std::vector<Place> starting;
     if (query.name.empty()) return named;
     for (const auto& city : cities) {
-        if (!qualifies(city, query)) continue;
         const auto name = folded(city.name);
-        if (name == query.name) {
-            named.push_back(city);
-        } else if (name.starts_with(query.name)) {
-            starting.push_back(city);
-        }
+        // The qualifiers are folded only for a name that matches.
+        if (!name.starts_with(query.name) || !qualifies(city, query)) continue;
+        (name == query.name ? named : starting).push_back(city);
     }
     named.insert(named.end(), starting.begin(), starting.end());
     return named;
