@@ -10,6 +10,7 @@ using namespace lunoval;
 
 const Date kStart = Date::fromTimeIntervalSince1970(1760000000);  // 2025-10-09
 const TimeZone kParis = *TimeZone::named("Europe/Paris");
+const AstronomySources kSources = AstronomySources::shared(kParis);
 
 // Steps through three weeks an hour and a bit at a time, so no two calls ask the same.
 class Instants {
@@ -26,11 +27,11 @@ class Instants {
 // One warm fill for Paris: tables and zone database already loaded.
 void fillMidLatitudePlace(benchmark::State& state) {
     MoonWidgetData record{.latitude = 48.8566, .longitude = 2.3522, .timezone = "Europe/Paris"};
-    fill(record, kStart, true, kStart);
+    fill(record, kStart, SunTimes::include, Solar::Tilt::at(kStart), kSources);
     Instants instants;
     for (auto _ : state) {
         const auto date = instants.next();
-        fill(record, date, true, date);
+        fill(record, date, SunTimes::include, Solar::Tilt::at(date), kSources);
         benchmark::DoNotOptimize(record);
     }
 }
@@ -48,9 +49,10 @@ BENCHMARK(nextPhase)->Repetitions(9)->ReportAggregatesOnly(true);
 void eclipseInfo(benchmark::State& state) {
     auto& catalogue = EclipseParser::shared();
     const Date eclipseDay = Date::fromTimeIntervalSince1970(1786500000);
-    catalogue.eclipseInfo(eclipseDay, kParis, 48.8566, 2.3522);
+    catalogue.eclipseInfo(eclipseDay, kParis, Solar::Observer{48.8566, 2.3522}, kParis);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(catalogue.eclipseInfo(eclipseDay, kParis, 48.8566, 2.3522));
+        benchmark::DoNotOptimize(
+            catalogue.eclipseInfo(eclipseDay, kParis, Solar::Observer{48.8566, 2.3522}, kParis));
     }
 }
 BENCHMARK(eclipseInfo)->Repetitions(9)->ReportAggregatesOnly(true);

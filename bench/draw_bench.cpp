@@ -5,6 +5,8 @@
 #include <algorithm>
 
 #include "app/widget_renderer.hpp"
+#include "timeline/elevation_day.hpp"
+#include "timeline/entry_details.hpp"
 #include "timeline/widget_data_builder.hpp"
 #include "ui/painter.hpp"
 #include "ui/pango_text_measurer.hpp"
@@ -54,12 +56,15 @@ BENCHMARK(moonDisc)->Repetitions(9)->ReportAggregatesOnly(true);
 
 void elevationChart(benchmark::State& state) {
     const auto now = Date::fromTimeIntervalSince1970(1760000000);
-    const MoonElevationChart chart{.moonrise = now.addingTimeInterval(-5 * 3600),
-                                   .moonset = now.addingTimeInterval(7 * 3600),
-                                   .currentTime = now,
-                                   .timezone = "Europe/Paris",
-                                   .latitude = 48.8566,
-                                   .longitude = 2.3522,
+    const MoonWidgetData record{.latitude = 48.8566,
+                                .longitude = 2.3522,
+                                .timezone = "Europe/Paris",
+                                .selectedTime = now,
+                                .moonrise = now.addingTimeInterval(-5 * 3600),
+                                .moonset = now.addingTimeInterval(7 * 3600)};
+    const auto paris = *TimeZone::named("Europe/Paris");
+    const MoonElevationChart chart{.day = elevationDay(record, paris),
+                                   .format = {.locale = "en_US", .zone = paris},
                                    .showLabel = true};
     layOutAndPaint(state, chart.body(), {200, 100});
 }
@@ -69,15 +74,22 @@ BENCHMARK(elevationChart)->Repetitions(9)->ReportAggregatesOnly(true);
 // out, painted and encoded as PNG at scale 3, as `render` does once the provider has answered.
 void widgetFamily(benchmark::State& state, widgetkit::WidgetFamily family) {
     const auto now = Date::fromTimeIntervalSince1970(1760000000);
+    const auto paris = *TimeZone::named("Europe/Paris");
+    const RequestContext context{.clock = fixedClock(now),
+                                 .deviceZone = paris,
+                                 .locale = "en_US",
+                                 .sources = AstronomySources::shared(paris)};
     MoonWidgetData record{.latitude = 48.8566, .longitude = 2.3522, .timezone = "Europe/Paris"};
-    fill(record, now, true, now);
+    fill(record, now, SunTimes::include, Solar::Tilt::at(now), context.sources);
     const MoonWidgetEntry entry{.date = now, .widgetData = record};
     const auto widgets = LunovalWidgetBundle::body();
     const auto& widget = *std::find_if(widgets.begin(), widgets.end(),
                                        [family](const auto& w) { return w.supports(family); });
     const ui::PangoTextMeasurer measurer;
     for (auto _ : state) {
-        const auto rendered = renderWidget(widget, family, entry, {}, measurer);
+        // The details as the host works them out for each entry it draws.
+        const auto rendered =
+            renderWidget(widget, family, withDetails(entry, context), {}, measurer);
         benchmark::DoNotOptimize(
             ui::encodeImage(rendered.list, rendered.environment, ui::ImageFormat::png));
     }

@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "cli/device.hpp"
 #include "cli/device_options.hpp"
 #include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
 #include "platform/localization.hpp"
 #include "platform/location_services.hpp"
 #include "platform/number_text.hpp"
@@ -30,6 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     (void)formatter.mediumDateShortTime(instant);
     (void)formatter.pattern(instant, "MMMM yyyy");
     (void)uppercased(text, locale);
+    l10n::useLanguage(locale);
     (void)l10n::localized("Full Moon");
 
     ::setenv("TZ", text.c_str(), 1);

@@ -19,9 +19,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 [](lunoval::Date, const lunoval::TimeZone&) {
                     return std::optional<lunoval::NextPhase>{};
                 },
-            .eclipseInfo = [](lunoval::Date, const lunoval::TimeZone&, double,
-                              double) { return std::shared_ptr<const lunoval::EclipseEvent>{}; }};
-        lunoval::fill(*record, now, true, now, none);
+            .eclipseInfo =
+                [](lunoval::Date, const lunoval::TimeZone&, lunoval::Solar::Observer) {
+                    return std::shared_ptr<const lunoval::EclipseEvent>{};
+                }};
+        lunoval::fill(*record, now, lunoval::SunTimes::include, lunoval::Solar::Tilt::at(now),
+                      none);
     }
     return 0;
 }

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "astro/coordinates.hpp"
-#include "platform/device.hpp"
 
 namespace lunoval::Solar {
 
@@ -51,10 +50,10 @@ Illumination moonIllumination(Date date) {
     };
 }
 
-double moonTilt(Date date, double latitude, double longitude) {
+double moonTilt(Date date, Observer observer) {
     const double days = daysSinceJ2000(date);
-    const double phi = radians(latitude);
-    const double theta = siderealAngle(days) + radians(longitude);
+    const double phi = radians(observer.latitude);
+    const double theta = siderealAngle(days) + radians(observer.longitude);
     const auto sun = sunCoordinates(days);
     const auto moon = topocentricMoon(days, phi, theta);
 
@@ -70,11 +69,12 @@ double moonTilt(Date date, double latitude, double longitude) {
     return wrapDegrees(-x);
 }
 
-Date moonTransit(Date date, double latitude, double longitude) {
+Date moonTransit(Date date, Observer observer) {
     double days = daysSinceJ2000(date);
-    const double rhoCosPhi = std::cos(std::atan(kEarthAxisRatio * std::tan(radians(latitude))));
+    const double rhoCosPhi =
+        std::cos(std::atan(kEarthAxisRatio * std::tan(radians(observer.latitude))));
     for (int pass = 0; pass < kTransitPasses; ++pass) {
-        const double theta = siderealAngle(days) + radians(longitude);
+        const double theta = siderealAngle(days) + radians(observer.longitude);
         const auto moon = moonCoordinates(days);
         const double sinParallax = std::sin(std::asin(kEarthRadiusKm / moon.distance));
         const double hourAngle = wrapRadians(
@@ -88,9 +88,16 @@ Date moonTransit(Date date, double latitude, double longitude) {
     return dateFromDays(days);
 }
 
-double tiltAngleFor(std::optional<Date> date, double latitude, double longitude) {
-    if (date) return moonTilt(*date, latitude, longitude);
-    return moonTilt(moonTransit(device::now(), latitude, longitude), latitude, longitude);
+double tiltAngle(const Tilt& tilt, Observer observer) {
+    switch (tilt.kind) {
+        case Tilt::Kind::none:
+            return 0.0;
+        case Tilt::Kind::atInstant:
+            return moonTilt(tilt.instant, observer);
+        case Tilt::Kind::atNearestTransit:
+            return moonTilt(moonTransit(tilt.instant, observer), observer);
+    }
+    return 0.0;
 }
 
 }  // namespace lunoval::Solar

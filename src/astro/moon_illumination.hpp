@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "astro/observer.hpp"
 #include "platform/date.hpp"
 
 namespace lunoval::Solar {
@@ -16,14 +17,28 @@ struct Illumination {
 Illumination moonIllumination(Date date);
 
 // Rotation of the lit side as the observer sees it, degrees in [-180, 180].
-double moonTilt(Date date, double latitude, double longitude);
+double moonTilt(Date date, Observer observer);
 
 // The moon's upper meridian transit nearest `date`, as seen from the place.
-Date moonTransit(Date date, double latitude, double longitude);
+Date moonTransit(Date date, Observer observer);
 
-// The tilt at `date`; without one, the tilt at the transit nearest now, so the drawn disc
-// matches the moon high in the sky.
-double tiltAngleFor(std::optional<Date> date, double latitude, double longitude);
+// Which moment a disc's tilt is taken at. The nearest transit draws the disc as the moon stands
+// high in the sky.
+struct Tilt {
+    enum class Kind { none, atInstant, atNearestTransit };
+    Kind kind = Kind::none;
+    // The moment itself, or the moment whose nearest transit is meant.
+    Date instant;
+
+    static Tilt none() { return {}; }
+    static Tilt at(Date instant) { return {.kind = Kind::atInstant, .instant = instant}; }
+    static Tilt atTransitNearest(Date instant) {
+        return {.kind = Kind::atNearestTransit, .instant = instant};
+    }
+};
+
+// Degrees; 0 without a tilt.
+double tiltAngle(const Tilt& tilt, Observer observer);
 
 }  // namespace lunoval::Solar
 

@@ -58,22 +58,22 @@ PhaseType principalPhaseType(MoonPhaseEvent::PhaseType phase) {
     return static_cast<PhaseType>(2 * static_cast<int>(phase));
 }
 
-SimpleMoonPhase moonPhase(Date date, const TimeZone& zone, bool includeTilt,
-                          std::optional<Date> tiltDate, double latitude, double longitude,
+SimpleMoonPhase moonPhase(Date date, const TimeZone& zone, const Tilt& tilt, Observer observer,
                           const PhaseTable& table) {
     const auto illumination = moonIllumination(date);
     const auto local = Calendar(zone).components(date);
     if (!local) {
-        // The fallback tilts at the date itself, whatever tilt date was asked for.
-        const double tilt = includeTilt ? tiltAngleFor(date, latitude, longitude) : 0.0;
+        // The fallback tilts at the date itself, whatever moment was asked for.
+        const double angle =
+            tilt.kind == Tilt::Kind::none ? 0.0 : tiltAngle(Tilt::at(date), observer);
         return makePhase(illumination,
-                         byIlluminationAlone(illumination.fraction, illumination.phaseAngle), tilt);
+                         byIlluminationAlone(illumination.fraction, illumination.phaseAngle),
+                         angle);
     }
     const auto type =
         tabulatedPhaseOnDay(*local, zone, table)
             .value_or(crescentOrGibbous(illumination.fraction, illumination.phaseAngle));
-    const double tilt = includeTilt ? tiltAngleFor(tiltDate, latitude, longitude) : 0.0;
-    return makePhase(illumination, type, tilt);
+    return makePhase(illumination, type, tiltAngle(tilt, observer));
 }
 
 }  // namespace lunoval::Solar

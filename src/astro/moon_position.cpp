@@ -56,9 +56,9 @@ MoonRiseSet searchRiseSet(Date start, double lw, double phi) {
 
 }  // namespace
 
-HorizontalPosition moonPosition(Date date, double latitude, double longitude) {
-    const double lambda = radians(longitude);
-    const double phi = radians(latitude);
+HorizontalPosition moonPosition(Date date, Observer observer) {
+    const double lambda = radians(observer.longitude);
+    const double phi = radians(observer.latitude);
     const double days = daysSinceJ2000(date);
     const auto moon = moonCoordinates(days);
     const double theta = siderealAngle(days) + lambda;
@@ -73,16 +73,16 @@ HorizontalPosition moonPosition(Date date, double latitude, double longitude) {
     return {.altitude = degrees(h), .azimuth = degrees(azimuth) + 180};
 }
 
-MoonRiseSet moonRiseAndSet(Date date, const TimeZone& zone, double latitude, double longitude) {
+MoonRiseSet moonRiseAndSet(Date date, const TimeZone& zone, Observer observer) {
     const auto start = Calendar(zone).startOfDay(date);
     if (!start) return {};
-    return searchRiseSet(*start, radians(-longitude), radians(latitude));
+    return searchRiseSet(*start, radians(-observer.longitude), radians(observer.latitude));
 }
 
-std::optional<Date> moonRiseSet(Date date, const TimeZone& zone, bool wantRise, double latitude,
-                                double longitude) {
-    const auto found = moonRiseAndSet(date, zone, latitude, longitude);
-    return wantRise ? found.rise : found.set;
+std::optional<Date> moonRiseSet(Date date, const TimeZone& zone, Crossing crossing,
+                                Observer observer) {
+    const auto found = moonRiseAndSet(date, zone, observer);
+    return crossing == Crossing::rise ? found.rise : found.set;
 }
 
 }  // namespace lunoval::Solar

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "astro/observer.hpp"
 #include "platform/date.hpp"
 #include "platform/time_zone.hpp"
 
@@ -12,7 +13,7 @@ struct HorizontalPosition {
     double azimuth;   // degrees from north through east
 };
 
-HorizontalPosition moonPosition(Date date, double latitude, double longitude);
+HorizontalPosition moonPosition(Date date, Observer observer);
 
 struct MoonRiseSet {
     std::optional<Date> rise;
@@ -21,10 +22,11 @@ struct MoonRiseSet {
 
 // The moon's rise and set within the 24 hours after local midnight of `date` in `zone`; each
 // absent when it does not happen in that span. One search finds both.
-MoonRiseSet moonRiseAndSet(Date date, const TimeZone& zone, double latitude, double longitude);
+MoonRiseSet moonRiseAndSet(Date date, const TimeZone& zone, Observer observer);
 
-// The rise (or the set) alone.
-std::optional<Date> moonRiseSet(Date date, const TimeZone& zone, bool wantRise, double latitude,
-                                double longitude);
+enum class Crossing { rise, set };
+// The rise or the set alone.
+std::optional<Date> moonRiseSet(Date date, const TimeZone& zone, Crossing crossing,
+                                Observer observer);
 
 }  // namespace lunoval::Solar

@@ -17,16 +17,15 @@ struct SolarDay {
     double set;   // Julian day of the sunset; not a number when the sun never crosses
 };
 
-std::optional<SolarDay> solarDay(Date date, const TimeZone& zone, double latitude,
-                                 double longitude) {
+std::optional<SolarDay> solarDay(Date date, const TimeZone& zone, Observer observer) {
     const Calendar calendar(zone);
     const auto start = calendar.startOfDay(date);
     if (!start) return std::nullopt;
     const auto noon = calendar.dateBySettingTime(12, 0, 0, *start);
     if (!noon) return std::nullopt;
 
-    const double lw = -longitude * kPi / 180;
-    const double phi = latitude * kPi / 180;
+    const double lw = -observer.longitude * kPi / 180;
+    const double phi = observer.latitude * kPi / 180;
     const double days = daysSinceJ2000(*noon);
     const double cycle = std::round(days - kTransitOffset - lw / (2 * kPi));
     const double approximateTransit = (0 + lw) / (2 * kPi) + kTransitOffset + cycle;
@@ -52,14 +51,14 @@ std::optional<Date> fromJulianDay(double julianDay) {
 
 }  // namespace
 
-std::optional<Date> sunrise(Date date, const TimeZone& zone, double latitude, double longitude) {
-    const auto day = solarDay(date, zone, latitude, longitude);
+std::optional<Date> sunrise(Date date, const TimeZone& zone, Observer observer) {
+    const auto day = solarDay(date, zone, observer);
     if (!day) return std::nullopt;
     return fromJulianDay(day->noon + day->noon - day->set);
 }
 
-std::optional<Date> sunset(Date date, const TimeZone& zone, double latitude, double longitude) {
-    const auto day = solarDay(date, zone, latitude, longitude);
+std::optional<Date> sunset(Date date, const TimeZone& zone, Observer observer) {
+    const auto day = solarDay(date, zone, observer);
     if (!day) return std::nullopt;
     return fromJulianDay(day->set);
 }

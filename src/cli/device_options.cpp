@@ -5,10 +5,11 @@
 #include <sstream>
 #include <type_traits>
 
+#include "cli/device.hpp"
 #include "cli/place_names.hpp"
 #include "places/world_locations.hpp"
 #include "platform/calendar.hpp"
-#include "platform/device.hpp"
+#include "platform/localization.hpp"
 #include "platform/log.hpp"
 #include "platform/number_text.hpp"
 #include "platform/time_zone.hpp"
@@ -230,6 +231,7 @@ void applyDeviceOptions(const DeviceOptions& options, std::optional<Location> co
     }
     if (options.timeZone) device::setTimeZone(zoneNamed(*options.timeZone));
     if (options.locale) device::setLocaleIdentifier(*options.locale);
+    l10n::useLanguage(device::localeIdentifier());
     device::setLocationService(locationService(options));
     if (commandPlace) {
         takeZoneOfNearestCity(options, commandPlace->latitude, commandPlace->longitude);

@@ -4,13 +4,13 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/command_line.hpp"
+#include "cli/device.hpp"
 #include "cli/device_options.hpp"
 #include "cli/gallery_command.hpp"
 #include "cli/host_command.hpp"
 #include "cli/moon_command.hpp"
 #include "cli/preferences_command.hpp"
 #include "cli/render_command.hpp"
-#include "platform/device.hpp"
 
 namespace {
 

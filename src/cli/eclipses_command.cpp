@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "cli/device.hpp"
 #include "cli/device_options.hpp"
 #include "eclipse/eclipse_parser.hpp"
 #include "eclipse/eclipse_visibility.hpp"
 #include "platform/calendar.hpp"
 #include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
 #include "platform/log.hpp"
 
 namespace lunoval::cli {
@@ -51,7 +51,7 @@ std::vector<Listed> listed(const EclipseTable& table, YearRange years,
         Listed entry{.event = *event};
         if (options.latitude && options.longitude) {
             entry.isVisible =
-                isVisibleFrom(*event, calendar.timeZone(), *options.latitude, *options.longitude);
+                isVisibleFrom(*event, calendar.timeZone(), {*options.latitude, *options.longitude});
         }
         result.push_back(std::move(entry));
     }
@@ -101,7 +101,7 @@ int runEclipses(const EclipsesOptions& options) {
     const Calendar calendar(device::timeZone());
     const auto years = yearRange(options, calendar);
     if (options.json) log::toStandardError(true);
-    const auto table = EclipseParser::shared().loadEvents();
+    const auto table = EclipseParser::shared().loadEvents(calendar.timeZone());
     if (!table) return 1;
     const auto eclipses = listed(*table, years, options, calendar);
     if (options.json) {

@@ -74,9 +74,10 @@ int runGallery(const GalleryOptions& options, const DeviceOptions& device) {
     // One provider request serves every widget: they would all get the same entry.
     const WidgetRequest request{.preview = !hasPlace(device)};
     auto items = allWidgets();
-    requestEntry(request, widgetkit::WidgetFamily::systemSmall, [&](const MoonWidgetEntry& entry) {
-        writeGallery(folder, items, entry, options.render, ui::PangoTextMeasurer{});
-    });
+    requestEntry(request, widgetkit::WidgetFamily::systemSmall, EntryPurpose::draw,
+                 [&](const MoonWidgetEntry& entry) {
+                     writeGallery(folder, items, entry, options.render, ui::PangoTextMeasurer{});
+                 });
     return 0;
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/device.hpp"
+#include "cli/device.hpp"
 #include "platform/localization.hpp"
 #include "views/widget_text.hpp"
 

@@ -127,7 +127,7 @@ class Host {
   private:
     // One timeline serves every widget; its single entry has ended at once.
     void refresh() {
-        requestEntry({}, widgetkit::WidgetFamily::systemSmall,
+        requestEntry({}, widgetkit::WidgetFamily::systemSmall, EntryPurpose::draw,
                      [this](const MoonWidgetEntry& entry) {
                          writeGallery(folder_, items_, entry, options_.render, measurer_);
                      });

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <utility>
 
+#include "cli/device.hpp"
 #include "cli/device_options.hpp"
 #include "cli/place_names.hpp"
 #include "locations/location_manager.hpp"
@@ -12,10 +13,11 @@
 #include "locations/widget_reloader.hpp"
 #include "places/place_search.hpp"
 #include "places/world_locations.hpp"
-#include "platform/device.hpp"
 #include "platform/files.hpp"
 #include "platform/log.hpp"
+#include "platform/main_queue.hpp"
 #include "platform/number_text.hpp"
+#include "platform/standard_directories.hpp"
 #include "timeline/moon_widget_data.hpp"
 
 namespace lunoval::cli {
@@ -48,7 +50,21 @@ LocationManager& loadedManager() {
         throw std::runtime_error(defaults.file().string() +
                                  " is not a property list; fix it or move it away");
     }
-    return LocationManager::Instance();
+    // The host app's one manager, its list loaded once.
+    static const std::unique_ptr<LocationManager> manager = [&defaults] {
+        auto loaded = std::make_unique<LocationManager>(LocationManagerServices{
+            .sharedDefaults = defaults,
+            .legacyListFile = documentsDirectory() / "locations.plist",
+            .mainQueue = &mainQueue(),
+            .makePlatformManager =
+                [] { return makePlatformLocationManager(device::locationService(), mainQueue()); },
+            .clock = device::clock(),
+            .deviceZone = device::timeZone(),
+        });
+        loaded->loadFromSharedContainerFile();
+        return loaded;
+    }();
+    return *manager;
 }
 
 std::size_t savedPlaceIndex(const LocationManager& manager, long long index) {
@@ -141,7 +157,7 @@ int add(LocationManager& manager, GeoLocationData place, const std::string& name
     const auto index = manager.AddToLocationList(std::move(place));
     if (manager.Count() == count) {
         // The list leaves a replaced place unsaved; the user asked for the change to stay.
-        manager.SaveLocationListToDisk();
+        manager.saveToSharedContainerFile();
         std::cout << "Replaced " << index << "  " << name << "\n";
     } else {
         std::cout << "Added " << index << "  " << name << "\n";
@@ -280,7 +296,7 @@ int runLocations(const CLI::App& command, const LocationsOptions& options) {
     if (name == "move") {
         const auto from = savedPlaceIndex(manager, options.index);
         manager.RearrangeItem(from, savedPlaceIndex(manager, options.to));
-        manager.SaveLocationListToDisk();
+        manager.saveToSharedContainerFile();
         return 0;
     }
     const auto timeout = options.timeout.value_or(kUpdateTimerSeconds);

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "astro/moon_phase.hpp"
+#include "cli/device.hpp"
 #include "cli/drawing_commands.hpp"
 #include "cli/render_command.hpp"
-#include "phases/moon_phase_data_manager.hpp"
-#include "platform/device.hpp"
+#include "timeline/widget_data_builder.hpp"
 #include "ui/painter.hpp"
 #include "ui/pango_text_measurer.hpp"
 #include "views/simple_moon_phase_view.hpp"
@@ -98,9 +98,10 @@ Solar::SimpleMoonPhase devicePhase(bool& hasPlace) {
     hasPlace = service.kind == LocationService::Kind::fixed;
     const auto place = hasPlace ? service.fix : Location{};
     const auto now = device::now();
-    return Solar::moonPhase(
-        now, device::timeZone(), hasPlace, now, place.latitude, place.longitude,
-        [](int year, int month) { return MoonPhaseDataManager::shared().events(year, month); });
+    const auto zone = device::timeZone();
+    return Solar::moonPhase(now, zone, hasPlace ? Solar::Tilt::at(now) : Solar::Tilt::none(),
+                            {place.latitude, place.longitude},
+                            AstronomySources::shared(zone).phaseTable);
 }
 
 }  // namespace

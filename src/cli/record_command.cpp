@@ -4,10 +4,10 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "cli/device.hpp"
 #include "cli/device_options.hpp"
 #include "locations/widget_location_cache.hpp"
 #include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
 #include "platform/localization.hpp"
 #include "platform/log.hpp"
 #include "timeline/make_widget_data.hpp"
@@ -74,7 +74,7 @@ MoonWidgetData placeToRecord(const RecordOptions& options) {
                 .timezone = device::timeZone().identifier()};
     }
     // The saved place keeps its own zone, as in the widget.
-    if (auto saved = loadFromAppGroup(appGroupDefaults())) return std::move(*saved);
+    if (auto saved = loadFromAppGroup(appGroupDefaults(), device::now())) return std::move(*saved);
     throw UsageError(
         "record needs a place: --lat and --lng, --location (LAT,LNG or a city), or a saved place "
         "(lunoval locations add CITY, then lunoval locations select INDEX)");
@@ -99,7 +99,8 @@ int runRecord(const RecordOptions& options) {
     auto record = placeToRecord(options);
     const Date now = device::now();
     record.selectedTime = now;
-    fill(record, now, true, now);
+    fill(record, now, SunTimes::include, Solar::Tilt::at(now),
+         AstronomySources::shared(device::timeZone()));
     if (options.json) {
         std::cout << recordJson(record).dump() << "\n";
     } else {

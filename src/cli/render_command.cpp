@@ -44,12 +44,13 @@ int runRender(const RenderCommandOptions& options) {
     const auto widget = requestedWidget(options.request);
     const auto out = options.out.value_or(defaultImageName(options.request));
     requireImageFormat(out);
-    requestEntry(options.request, widget.second, [&](const MoonWidgetEntry& entry) {
-        const ui::PangoTextMeasurer measurer;
-        const auto rendered =
-            renderWidget(widget.first, widget.second, entry, options.render, measurer);
-        ui::writeImage(rendered.list, rendered.environment, out);
-    });
+    requestEntry(options.request, widget.second, EntryPurpose::draw,
+                 [&](const MoonWidgetEntry& entry) {
+                     const ui::PangoTextMeasurer measurer;
+                     const auto rendered =
+                         renderWidget(widget.first, widget.second, entry, options.render, measurer);
+                     ui::writeImage(rendered.list, rendered.environment, out);
+                 });
     std::cout << "Wrote " << out << "\n";
     return 0;
 }

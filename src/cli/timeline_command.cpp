@@ -29,7 +29,7 @@ CLI::App* addTimelineCommand(CLI::App& app, TimelineOptions& options) {
 int runTimeline(const TimelineOptions& options) {
     const auto family = requestedWidget(options.request).second;
     if (options.json) log::toStandardError(true);
-    requestEntry(options.request, family, [&](const MoonWidgetEntry& entry) {
+    requestEntry(options.request, family, EntryPurpose::print, [&](const MoonWidgetEntry& entry) {
         std::cout << entryJson(entry).dump(options.json ? -1 : 2) << std::endl;
     });
     return 0;

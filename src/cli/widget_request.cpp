@@ -2,9 +2,10 @@
 
 #include "locations/widget_location_cache.hpp"
 #include "platform/main_queue.hpp"
+#include "timeline/entry_details.hpp"
 #include "timeline/moon_widget_timeline_provider.hpp"
 
-#include "platform/device.hpp"
+#include "cli/device.hpp"
 
 namespace lunoval::cli {
 
@@ -52,15 +53,17 @@ std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetReque
 }
 
 void requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
-                  const std::function<void(const MoonWidgetEntry&)>& use) {
+                  EntryPurpose purpose, const std::function<void(const MoonWidgetEntry&)>& use) {
     EventLoopQueue queue;
-    const auto service = device::locationService();
-    const MoonWidgetTimelineProvider provider(
-        queue, [&] { return makePlatformLocationManager(service, queue); }, appGroupDefaults());
+    const auto requestContext = device::requestContext(queue);
+    const MoonWidgetTimelineProvider provider(queue, requestContext, appGroupDefaults());
     const widgetkit::Context context{.family = family, .isPreview = request.preview};
+    const auto answer = [&](const MoonWidgetEntry& entry) {
+        use(purpose == EntryPurpose::draw ? withDetails(entry, requestContext) : entry);
+    };
 
     if (request.placeholder) {
-        use(provider.placeholder(context));
+        answer(provider.placeholder(context));
         return;
     }
     std::optional<MoonWidgetEntry> entry;
@@ -78,7 +81,7 @@ void requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
     }
     queue.runUntil([&] { return entry.has_value(); });
     if (!entry) throw std::runtime_error("the widget provider did not answer");
-    use(*entry);
+    answer(*entry);
     queue.runUntil([&] { return finished; });
 }
 

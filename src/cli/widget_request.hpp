@@ -26,10 +26,14 @@ void addWidgetRequestOptions(CLI::App& command, WidgetRequest& request);
 // never asks for one.
 std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetRequest& request);
 
+// What the entry is asked for: an entry to be drawn carries what the views show besides the
+// record.
+enum class EntryPurpose { print, draw };
+
 // One entry from the provider, through location resolution for a timeline, handed to `use` as
 // soon as it is there; returns once the request's remaining work (a late fix to cache) is done,
 // so no location manager outlives it.
 void requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
-                  const std::function<void(const MoonWidgetEntry&)>& use);
+                  EntryPurpose purpose, const std::function<void(const MoonWidgetEntry&)>& use);
 
 }  // namespace lunoval::cli

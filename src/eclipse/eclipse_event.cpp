@@ -1,7 +1,6 @@
 #include "eclipse/eclipse_event.hpp"
 
 #include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
 #include "platform/localization.hpp"
 
 namespace lunoval {
@@ -24,8 +23,8 @@ std::optional<std::string> eclipseTitle(std::string_view key) {
     return std::nullopt;
 }
 
-std::string description(const EclipseEvent& event) {
-    const DateFormatter formatter{device::localeIdentifier(), TimeZone::utc()};
+std::string description(const EclipseEvent& event, const std::string& locale) {
+    const DateFormatter formatter{locale, TimeZone::utc()};
     return event.title + " on " + formatter.mediumDateShortTime(event.datetime) + " (UTC)";
 }
 

@@ -51,8 +51,8 @@ struct EclipseEvent {
 std::optional<std::string> eclipseTitle(std::string_view key);
 
 // The title and the instant in UTC, such as "Total Solar Eclipse on Apr 8, 2024, 6:17 PM (UTC)",
-// in the device's locale.
-std::string description(const EclipseEvent& event);
+// in the device's `locale`.
+std::string description(const EclipseEvent& event, const std::string& locale);
 
 }  // namespace lunoval
 

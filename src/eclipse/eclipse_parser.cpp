@@ -8,7 +8,6 @@
 #include "eclipse/catalogue_text.hpp"
 #include "eclipse/eclipse_visibility.hpp"
 #include "platform/calendar.hpp"
-#include "platform/device.hpp"
 #include "platform/files.hpp"
 #include "platform/log.hpp"
 
@@ -51,13 +50,14 @@ EclipseParser& EclipseParser::shared() {
 
 EclipseParser::EclipseParser(BundleLocator locator) : locator_(std::move(locator)) {}
 
-std::shared_ptr<const EclipseTable> EclipseParser::stored() const {
+std::shared_ptr<const EclipseTable> EclipseParser::stored(const TimeZone& yearZone) const {
     const std::shared_lock lock(tableMutex_);
-    return table_;
+    const auto found = tables_.find(yearZone.identifier());
+    return found == tables_.end() ? nullptr : found->second;
 }
 
-std::shared_ptr<const EclipseTable> EclipseParser::parse() {
-    if (auto table = stored()) return table;
+std::shared_ptr<const EclipseTable> EclipseParser::parse(const TimeZone& yearZone) {
+    if (auto table = stored(yearZone)) return table;
 
     const auto path = catalogueFile(locator_);
     if (!path) throw ParsingError(Reason::fileNotFound);
@@ -65,16 +65,16 @@ std::shared_ptr<const EclipseTable> EclipseParser::parse() {
     if (!content || !isUtf8(*content)) throw ParsingError(Reason::fileReadError);
     if (trimWhitespaceAndNewlines(*content).empty()) throw ParsingError(Reason::emptyFile);
 
-    auto table = std::make_shared<const EclipseTable>(parseCatalogue(*content, device::timeZone()));
+    auto table = std::make_shared<const EclipseTable>(parseCatalogue(*content, yearZone));
     if (table->empty()) throw ParsingError(Reason::emptyFile);
     const std::unique_lock lock(tableMutex_);
-    table_ = table;
-    return table;
+    // Another thread may have read it meanwhile: every lookup then shares the first table.
+    return tables_.try_emplace(yearZone.identifier(), table).first->second;
 }
 
-std::shared_ptr<const EclipseTable> EclipseParser::loadEvents() {
+std::shared_ptr<const EclipseTable> EclipseParser::loadEvents(const TimeZone& yearZone) {
     try {
-        return parse();
+        return parse(yearZone);
     } catch (const ParsingError& error) {
         log::line(std::string("Error loading events: ") + error.what());
         return nullptr;
@@ -82,10 +82,10 @@ std::shared_ptr<const EclipseTable> EclipseParser::loadEvents() {
 }
 
 std::shared_ptr<const EclipseEvent> EclipseParser::eclipseInfo(Date date, const TimeZone& zone,
-                                                               std::optional<double> latitude,
-                                                               std::optional<double> longitude) {
-    auto table = stored();
-    if (!table) table = loadEvents();
+                                                               std::optional<Solar::Observer> place,
+                                                               const TimeZone& yearZone) {
+    auto table = stored(yearZone);
+    if (!table) table = loadEvents(yearZone);
     if (!table) return nullptr;
 
     if (!std::isfinite(date.timeIntervalSince1970())) return nullptr;
@@ -100,7 +100,7 @@ std::shared_ptr<const EclipseEvent> EclipseParser::eclipseInfo(Date date, const 
     });
     if (found == last) return nullptr;
     EclipseEvent& event = *found->second;
-    event.isVisible = !latitude || !longitude || isVisibleFrom(event, zone, *latitude, *longitude);
+    event.isVisible = !place || isVisibleFrom(event, zone, *place);
     return found->second;
 }
 

@@ -12,10 +12,9 @@ bool isWithin(Date instant, Date from, Date to) {
     return from <= instant && instant <= to;
 }
 
-bool moonIsUp(Date instant, const Calendar& calendar, Date dayStart, double latitude,
-              double longitude) {
+bool moonIsUp(Date instant, const Calendar& calendar, Date dayStart, Solar::Observer observer) {
     const auto& zone = calendar.timeZone();
-    const auto [rise, set] = Solar::moonRiseAndSet(dayStart, zone, latitude, longitude);
+    const auto [rise, set] = Solar::moonRiseAndSet(dayStart, zone, observer);
     if (!rise || !set) return false;
     if (*rise <= *set) return isWithin(instant, *rise, *set);
     // Set in the morning, risen again in the evening: up at either end of the day.
@@ -24,20 +23,19 @@ bool moonIsUp(Date instant, const Calendar& calendar, Date dayStart, double lati
     return isWithin(instant, *rise, nextDay);
 }
 
-bool sunIsUp(Date instant, const TimeZone& zone, double latitude, double longitude) {
-    const auto sunrise = Solar::sunrise(instant, zone, latitude, longitude);
-    const auto sunset = Solar::sunset(instant, zone, latitude, longitude);
+bool sunIsUp(Date instant, const TimeZone& zone, Solar::Observer observer) {
+    const auto sunrise = Solar::sunrise(instant, zone, observer);
+    const auto sunset = Solar::sunset(instant, zone, observer);
     return sunrise && sunset && isWithin(instant, *sunrise, *sunset);
 }
 
 }  // namespace
 
-bool isVisibleFrom(const EclipseEvent& event, const TimeZone& zone, double latitude,
-                   double longitude) {
-    if (!event.isLunarEvent) return sunIsUp(event.datetime, zone, latitude, longitude);
+bool isVisibleFrom(const EclipseEvent& event, const TimeZone& zone, Solar::Observer observer) {
+    if (!event.isLunarEvent) return sunIsUp(event.datetime, zone, observer);
     const Calendar calendar(zone);
     const auto dayStart = calendar.startOfDay(event.datetime);
-    return dayStart && moonIsUp(event.datetime, calendar, *dayStart, latitude, longitude);
+    return dayStart && moonIsUp(event.datetime, calendar, *dayStart, observer);
 }
 
 }  // namespace lunoval

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "astro/observer.hpp"
 #include "eclipse/eclipse_event.hpp"
 #include "platform/time_zone.hpp"
 
@@ -9,7 +10,6 @@ namespace lunoval {
 // one while the moon is between that day's rise and set, a solar one between that day's
 // sunrise and sunset, both ends included. A day without a rise or a set (polar sun, a moon
 // that stays up or down) sees nothing.
-bool isVisibleFrom(const EclipseEvent& event, const TimeZone& zone, double latitude,
-                   double longitude);
+bool isVisibleFrom(const EclipseEvent& event, const TimeZone& zone, Solar::Observer observer);
 
 }  // namespace lunoval

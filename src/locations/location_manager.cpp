@@ -6,10 +6,8 @@
 #include "locations/legacy_location_list.hpp"
 #include "locations/widget_location_cache.hpp"
 #include "locations/widget_reloader.hpp"
-#include "platform/device.hpp"
 #include "platform/log.hpp"
 #include "platform/number_text.hpp"
-#include "platform/standard_directories.hpp"
 
 namespace lunoval {
 
@@ -28,9 +26,9 @@ GeoLocationData newCurrentLocation() {
 }
 
 // The device zone's name and offset now, as a fix records them.
-std::pair<std::string, std::int64_t> deviceZone() {
-    const auto zone = device::timeZone();
-    const auto offset = zone.offsetFromUTC(device::now()).value_or(std::chrono::seconds{0});
+std::pair<std::string, std::int64_t> zoneNow(const LocationManagerServices& services) {
+    const auto& zone = services.deviceZone;
+    const auto offset = zone.offsetFromUTC(services.clock()).value_or(std::chrono::seconds{0});
     return {zone.identifier(), offset.count()};
 }
 
@@ -81,21 +79,6 @@ std::optional<std::size_t> selectionIn(const std::optional<PropertyValue>& store
 }
 
 }  // namespace
-
-LocationManager& LocationManager::Instance() {
-    static const std::unique_ptr<LocationManager> shared = [] {
-        auto manager = std::make_unique<LocationManager>(LocationManagerServices{
-            .sharedDefaults = appGroupDefaults(),
-            .legacyListFile = documentsDirectory() / "locations.plist",
-            .mainQueue = &mainQueue(),
-            .makePlatformManager =
-                [] { return makePlatformLocationManager(device::locationService(), mainQueue()); },
-        });
-        manager->loadFromSharedContainerFile();
-        return manager;
-    }();
-    return *shared;
-}
 
 LocationManager::LocationManager(LocationManagerServices services)
     : services_(std::move(services)), locationList_{newCurrentLocation()} {}
@@ -276,7 +259,8 @@ void LocationManager::LoadLocationListFromDisk() {
         if (i == 0) {
             currentLocation().setLatitude(line->latitude);
             currentLocation().setLongitude(line->longitude);
-            std::tie(currentLocation().timezoneId, currentLocation().gmtOffset) = deviceZone();
+            std::tie(currentLocation().timezoneId, currentLocation().gmtOffset) =
+                zoneNow(services_);
             continue;
         }
         // Taken over, such a place would be dropped by a later load or fail every lookup.
@@ -292,12 +276,10 @@ void LocationManager::LoadLocationListFromDisk() {
     }
 }
 
-void LocationManager::SetOptions(double desiredAccuracy, int maxTries, double useTimeout,
-                                 double updateHeading) {
+void LocationManager::SetOptions(double desiredAccuracy, int maxTries, double useTimeout) {
     desiredAccuracy_ = desiredAccuracy;
     maxNumberOfNotification_ = maxTries;
     useTimeout_ = useTimeout;
-    updateHeading_ = updateHeading;
 }
 
 void LocationManager::UpdateUserCurrentLocation() {
@@ -322,7 +304,7 @@ void LocationManager::beginLoadingUserLocation() {
     clLocationManager_->startUpdatingLocation();
     if (useTimeout_ != 0) {
         currentAccuracy_ = kUnknownAccuracy;
-        lastUpdateTime_ = device::now();
+        lastUpdateTime_ = services_.clock();
         services_.mainQueue->asyncAfter(updateTimerSeconds_, [this] { handleTimer(); });
     }
 }
@@ -362,7 +344,7 @@ void LocationManager::didUpdateLocations(const std::vector<Location>& locations)
 bool LocationManager::updateIsStale() const {
     if (useTimeout_ == 0 || !lastUpdateTime_) return false;
     const double elapsed =
-        device::now().timeIntervalSince1970() - lastUpdateTime_->timeIntervalSince1970();
+        services_.clock().timeIntervalSince1970() - lastUpdateTime_->timeIntervalSince1970();
     return std::floor(elapsed) > kStaleAfterSeconds;
 }
 
@@ -370,10 +352,10 @@ void LocationManager::updateWithNewLocation(const Location& fix) {
     ++notifyCount_;
     if (!startingPoint_) startingPoint_ = fix;
     selectedIndex_ = 0;
-    const auto [zone, offset] = deviceZone();
+    const auto [zone, offset] = zoneNow(services_);
     currentLocation().SetLocation(fix.latitude, fix.longitude, kCurrentLocationName, zone, offset,
                                   false);
-    widgetcache::saveLocationToCache(services_.sharedDefaults, fix);
+    widgetcache::saveLocationToCache(services_.sharedDefaults, fix, services_.clock());
     currentAccuracy_ = fix.horizontalAccuracy;
     const bool stale = updateIsStale();
     const bool accurate = currentAccuracy_ > 0 && currentAccuracy_ < desiredAccuracy_;

@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "locations/geo_location_data.hpp"
+#include "platform/clock.hpp"
 #include "platform/location_services.hpp"
 #include "platform/main_queue.hpp"
+#include "platform/time_zone.hpp"
 #include "platform/user_defaults.hpp"
 
 namespace lunoval {
@@ -41,15 +43,15 @@ struct LocationManagerServices {
     std::filesystem::path legacyListFile;
     MainQueue* mainQueue = nullptr;
     std::function<std::unique_ptr<PlatformLocationManager>()> makePlatformManager;
+    Clock clock;
+    // The zone a fix is recorded in.
+    TimeZone deviceZone = TimeZone::utc();
 };
 
 // The host app's list of places, shared with it through the app group: entry 0 is the device's
 // own position, the others are places the user saved. Runs on the main queue only.
 class LocationManager : public PlatformLocationDelegate {
   public:
-    // The process's manager, its list loaded from the shared defaults on first use.
-    static LocationManager& Instance();
-
     explicit LocationManager(LocationManagerServices services);
     ~LocationManager() override;
     LocationManager(const LocationManager&) = delete;
@@ -80,13 +82,12 @@ class LocationManager : public PlatformLocationDelegate {
     void RemoveFromLocationList(std::size_t index);
     // Does not save.
     void RearrangeItem(std::size_t from, std::size_t to);
-    void SaveLocationListToDisk() const { saveToSharedContainerFile(); }
     void saveToSharedContainerFile() const;
     // Once per manager.
     void loadFromSharedContainerFile();
     void LoadLocationListFromDisk();
 
-    void SetOptions(double desiredAccuracy, int maxTries, double useTimeout, double updateHeading);
+    void SetOptions(double desiredAccuracy, int maxTries, double useTimeout);
     void UpdateUserCurrentLocation();
     // How long an update looks for a fix before it settles for what it has.
     void SetUpdateTimer(double seconds) { updateTimerSeconds_ = seconds; }
@@ -117,7 +118,6 @@ class LocationManager : public PlatformLocationDelegate {
     double currentAccuracy_ = 0;
     double useTimeout_ = 1.0;
     double updateTimerSeconds_ = kUpdateTimerSeconds;
-    double updateHeading_ = 0.0;
     bool isUpdating_ = false;
     std::optional<Date> lastUpdateTime_;
     bool hasLoadedSharedContainerPrefs_ = false;

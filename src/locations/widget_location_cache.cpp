@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "platform/device.hpp"
 #include "platform/log.hpp"
 #include "platform/number_text.hpp"
 
@@ -13,10 +12,6 @@ constexpr const char* kLatitude = "WidgetLastLocationLat";
 constexpr const char* kLongitude = "WidgetLastLocationLng";
 constexpr const char* kTimestamp = "WidgetLastLocationTimestamp";
 constexpr const char* kRequestTimestamp = "WidgetLastLocationRequestTimestamp";
-
-double nowSeconds() {
-    return device::now().timeIntervalSince1970();
-}
 
 std::optional<double> number(const PropertyValue& stored, const char* key) {
     const auto found = stored.find(key);
@@ -40,23 +35,23 @@ UserDefaults appGroupDefaults() {
 namespace widgetcache {
 
 // One write, so a reader never pairs one fix's latitude with another's longitude.
-void saveLocationToCache(const UserDefaults& defaults, const Location& location) {
+void saveLocationToCache(const UserDefaults& defaults, const Location& location, Date now) {
     defaults.setObjects({{kLatitude, location.latitude},
                          {kLongitude, location.longitude},
-                         {kTimestamp, nowSeconds()}});
+                         {kTimestamp, now.timeIntervalSince1970()}});
 }
 
-void markLocationRequest(const UserDefaults& defaults) {
-    defaults.setDouble(kRequestTimestamp, nowSeconds());
+void markLocationRequest(const UserDefaults& defaults, Date now) {
+    defaults.setDouble(kRequestTimestamp, now.timeIntervalSince1970());
 }
 
-bool shouldRequestLocation(const UserDefaults& defaults) {
+bool shouldRequestLocation(const UserDefaults& defaults, Date now) {
     const auto last = storedNumber(defaults.dictionaryRepresentation(), kRequestTimestamp);
-    return !last || nowSeconds() - *last >= kRequestThrottleSeconds;
+    return !last || now.timeIntervalSince1970() - *last >= kRequestThrottleSeconds;
 }
 
 std::optional<Location> cachedLocation(const UserDefaults& defaults,
-                                       std::optional<Location> current) {
+                                       std::optional<Location> current, Date now) {
     const auto stored = defaults.dictionaryRepresentation();
     const auto timestamp = storedNumber(stored, kTimestamp);
     const Location cached{number(stored, kLatitude).value_or(0),
@@ -66,17 +61,17 @@ std::optional<Location> cachedLocation(const UserDefaults& defaults,
     if (!timestamp || !isOnTheGlobe(cached)) {
         if (current) {
             log::line("✅ Widget: No cache, using current location and saving it");
-            saveLocationToCache(defaults, *current);
+            saveLocationToCache(defaults, *current, now);
         }
         return current;
     }
-    const double age = nowSeconds() - *timestamp;
+    const double age = now.timeIntervalSince1970() - *timestamp;
     if (!(age < kMaximumAgeSeconds)) {
         log::line("⚠️ Widget: Cached location is too old (" + doubleDescription(age / 3600) +
                   " hours)");
         if (current) {
             log::line("✅ Widget: Cache expired, using current location and updating cache");
-            saveLocationToCache(defaults, *current);
+            saveLocationToCache(defaults, *current, now);
         }
         return current;
     }
@@ -85,7 +80,7 @@ std::optional<Location> cachedLocation(const UserDefaults& defaults,
         if (distance > kMoveThresholdMeters) {
             log::line("⚠️ Widget: User moved " + doubleDescription(distance / 1000) +
                       "km, updating cache with new location");
-            saveLocationToCache(defaults, *current);
+            saveLocationToCache(defaults, *current, now);
             return current;
         }
     }

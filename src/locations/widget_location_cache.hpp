@@ -15,14 +15,15 @@ inline constexpr double kMaximumAgeSeconds = 86400;
 inline constexpr double kMoveThresholdMeters = 50000;
 inline constexpr double kRequestThrottleSeconds = 3600;
 
-void saveLocationToCache(const UserDefaults& defaults, const Location& location);
-void markLocationRequest(const UserDefaults& defaults);
+// Stamped with `now`, which the rules below measure ages against.
+void saveLocationToCache(const UserDefaults& defaults, const Location& location, Date now);
+void markLocationRequest(const UserDefaults& defaults, Date now);
 // At most one fresh fix an hour.
-bool shouldRequestLocation(const UserDefaults& defaults);
+bool shouldRequestLocation(const UserDefaults& defaults, Date now);
 // The cached point while it is young and the device has not moved far from it; otherwise the
 // current location (which then replaces the cache).
 std::optional<Location> cachedLocation(const UserDefaults& defaults,
-                                       std::optional<Location> current);
+                                       std::optional<Location> current, Date now);
 
 }  // namespace widgetcache
 

@@ -1,7 +1,6 @@
 #include "locations/widget_location_manager.hpp"
 
 #include "locations/widget_location_cache.hpp"
-#include "platform/device.hpp"
 #include "platform/log.hpp"
 #include "platform/number_text.hpp"
 
@@ -21,8 +20,10 @@ bool isAuthorized(AuthorizationStatus status) {
 }  // namespace
 
 WidgetLocationManager::WidgetLocationManager(
-    std::unique_ptr<PlatformLocationManager> locationManager, UserDefaults defaults)
-    : locationManager_(std::move(locationManager)), defaults_(std::move(defaults)) {
+    std::unique_ptr<PlatformLocationManager> locationManager, UserDefaults defaults, Clock clock)
+    : locationManager_(std::move(locationManager)),
+      defaults_(std::move(defaults)),
+      clock_(std::move(clock)) {
     if (locationManager_) locationManager_->setDelegate(this);
 }
 
@@ -34,7 +35,7 @@ void WidgetLocationManager::answer(std::optional<Location> location, bool succes
     if (handler_) handler_(location, success);
 }
 
-void WidgetLocationManager::requestLocation(bool allowFreshRequest, Completion completion) {
+void WidgetLocationManager::requestLocation(FreshFix freshFix, Completion completion) {
     if (!locationManager_) {
         log::line("⚠️ Widget: Location manager not initialized");
         completion(std::nullopt, false, false);
@@ -54,20 +55,21 @@ void WidgetLocationManager::requestLocation(bool allowFreshRequest, Completion c
     }
     if (const auto system = locationManager_->location()) {
         log::line("✅ Widget: Using system cached location: " + coordinates(*system));
-        widgetcache::saveLocationToCache(defaults_, *system);
+        widgetcache::saveLocationToCache(defaults_, *system, clock_());
         answer(system, true);
         return;
     }
-    resolveWithoutSystemFix(allowFreshRequest);
+    resolveWithoutSystemFix(freshFix);
 }
 
-void WidgetLocationManager::resolveWithoutSystemFix(bool allowFreshRequest) {
-    const auto cached = widgetcache::cachedLocation(defaults_, std::nullopt);
+void WidgetLocationManager::resolveWithoutSystemFix(FreshFix freshFix) {
+    const Date now = clock_();
+    const auto cached = widgetcache::cachedLocation(defaults_, std::nullopt, now);
     if (!cached) {
-        if (!allowFreshRequest) {
+        if (freshFix == FreshFix::notAllowed) {
             log::line("⚠️ Widget: No cached location and cannot request fresh");
             answer(std::nullopt, true);
-        } else if (widgetcache::shouldRequestLocation(defaults_)) {
+        } else if (widgetcache::shouldRequestLocation(defaults_, now)) {
             log::line("📍 Widget: No cached location, requesting fresh location...");
             askForFix();
         } else {
@@ -78,12 +80,11 @@ void WidgetLocationManager::resolveWithoutSystemFix(bool allowFreshRequest) {
     }
     log::line("✅ Widget: Using widget cached location: " + coordinates(*cached));
     answer(cached, true);
-    if (!allowFreshRequest) return;
-    if (!widgetcache::shouldRequestLocation(defaults_)) {
+    if (freshFix == FreshFix::notAllowed) return;
+    if (!widgetcache::shouldRequestLocation(defaults_, now)) {
         const double last =
             defaults_.doubleForKey("WidgetLastLocationRequestTimestamp").value_or(0);
-        const auto minutes =
-            static_cast<long long>((device::now().timeIntervalSince1970() - last) / 60);
+        const auto minutes = static_cast<long long>((now.timeIntervalSince1970() - last) / 60);
         log::line("⏸️ Widget: Skipping location request (throttled, last request " +
                   std::to_string(minutes) + " minutes ago)");
         return;
@@ -93,7 +94,7 @@ void WidgetLocationManager::resolveWithoutSystemFix(bool allowFreshRequest) {
 }
 
 void WidgetLocationManager::askForFix() {
-    widgetcache::markLocationRequest(defaults_);
+    widgetcache::markLocationRequest(defaults_, clock_());
     awaitingFix_ = true;
     locationManager_->requestLocation();
 }
@@ -106,7 +107,7 @@ void WidgetLocationManager::didUpdateLocations(const std::vector<Location>& loca
     }
     const Location& latest = locations.back();
     log::line("✅ Widget: Received location: " + coordinates(latest));
-    widgetcache::saveLocationToCache(defaults_, latest);
+    widgetcache::saveLocationToCache(defaults_, latest, clock_());
     answer(latest, true);
 }
 
@@ -114,7 +115,8 @@ void WidgetLocationManager::didFailWithError(const LocationError& error) {
     awaitingFix_ = false;
     log::line("⚠️ Widget Location Error: " + error.localizedDescription);
     if (locationManager_ && isAuthorized(locationManager_->authorizationStatus())) {
-        const auto cached = widgetcache::cachedLocation(defaults_, locationManager_->location());
+        const auto cached =
+            widgetcache::cachedLocation(defaults_, locationManager_->location(), clock_());
         if (!cached) {
             log::line("⚠️ Widget: No valid cached location available");
             answer(std::nullopt, true);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/clock.hpp"
 #include "platform/location_services.hpp"
 #include "platform/user_defaults.hpp"
 
@@ -16,15 +17,19 @@ class WidgetLocationManager : public PlatformLocationDelegate {
     using Completion =
         std::function<void(std::optional<Location> location, bool success, bool authorized)>;
 
-    // `locationManager` may be null when the platform cannot make one.
+    // Whether a request may ask location services for a new fix (at most once an hour).
+    enum class FreshFix { allowed, notAllowed };
+
+    // `locationManager` may be null when the platform cannot make one; `clock` stamps and ages
+    // the cache.
     WidgetLocationManager(std::unique_ptr<PlatformLocationManager> locationManager,
-                          UserDefaults defaults);
+                          UserDefaults defaults, Clock clock);
     ~WidgetLocationManager() override;
     WidgetLocationManager(const WidgetLocationManager&) = delete;
     WidgetLocationManager& operator=(const WidgetLocationManager&) = delete;
 
     // Every path answers before returning when fresh requests are not allowed.
-    void requestLocation(bool allowFreshRequest, Completion completion);
+    void requestLocation(FreshFix freshFix, Completion completion);
 
     // Between asking location services for a fix and their answer.
     [[nodiscard]] bool isAwaitingFix() const { return awaitingFix_; }
@@ -40,11 +45,12 @@ class WidgetLocationManager : public PlatformLocationDelegate {
     using Handler = std::function<void(std::optional<Location> location, bool success)>;
 
     void answer(std::optional<Location> location, bool success) const;
-    void resolveWithoutSystemFix(bool allowFreshRequest);
+    void resolveWithoutSystemFix(FreshFix freshFix);
     void askForFix();
 
     std::unique_ptr<PlatformLocationManager> locationManager_;
     UserDefaults defaults_;
+    Clock clock_;
     // Kept after a call: a later callback answers again, and the caller takes only the first.
     Handler handler_;
     bool awaitingFix_ = false;

@@ -43,8 +43,6 @@ class MoonPhaseDataManager {
     static std::optional<Date> eventDate(std::int64_t year, std::int64_t month, std::int64_t day,
                                          std::int64_t hour, std::int64_t minute);
 
-    bool isPreviewMode = false;
-
   private:
     std::shared_ptr<const PhaseYear> cached(int year) const;
     std::optional<Bundle> bundleWithYear(int year) const;

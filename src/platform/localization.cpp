@@ -7,7 +7,6 @@
 #include <mutex>
 #include <string_view>
 
-#include "platform/device.hpp"
 #include "platform/installation.hpp"
 
 // Bumped to make gettext drop the translations it has looked up (documented by GNU gettext).
@@ -25,12 +24,9 @@ std::string languageList(const std::string& locale) {
     return language == locale ? locale : locale + ":" + language;
 }
 
-// Points gettext at the device's language. gettext reads catalogues only outside the "C"
-// locale; C.UTF-8 is always there, and LANGUAGE then chooses the catalogue.
-void useDeviceLanguage() {
-    static std::mutex mutex;
-    static std::string active;
-    const std::scoped_lock lock(mutex);
+// gettext reads catalogues only outside the "C" locale; C.UTF-8 is always there, and LANGUAGE
+// then chooses the catalogue.
+void bindOnce() {
     static const bool bound = [] {
         bindtextdomain(kTextDomain, installation::localeDirectory().c_str());
         bind_textdomain_codeset(kTextDomain, "UTF-8");
@@ -40,22 +36,28 @@ void useDeviceLanguage() {
         return true;
     }();
     (void)bound;
-    const auto locale = device::localeIdentifier();
+}
+
+}  // namespace
+
+void useLanguage(const std::string& locale) {
+    static std::mutex mutex;
+    static std::string active;
+    const std::scoped_lock lock(mutex);
+    bindOnce();
     if (locale == active) return;
     active = locale;
     ::setenv("LANGUAGE", languageList(locale).c_str(), 1);
     ++_nl_msg_cat_cntr;
 }
 
-}  // namespace
-
 std::string localized(const char* key) {
-    useDeviceLanguage();
+    bindOnce();
     return dgettext(kTextDomain, key);
 }
 
 std::string localizedCount(const char* key, long count) {
-    useDeviceLanguage();
+    bindOnce();
     std::string text =
         dngettext(kTextDomain, key, key, static_cast<unsigned long>(std::labs(count)));
     constexpr std::string_view placeholder = "%d";

@@ -4,11 +4,14 @@
 
 namespace lunoval::l10n {
 
-// Texts are looked up in the gettext catalogues of the text domain "lunoval", in the device
-// locale's language; the key is the English text, and shows itself where a language has no
-// translation of it.
+// Texts are looked up in the gettext catalogues of the text domain "lunoval"; the key is the
+// English text, and shows itself where a language has no translation of it.
 
-// The user-visible text of a key in the device language.
+// The language of a locale such as "de_DE" for every lookup that follows. gettext keeps one
+// language a process, so the device's is chosen where a request enters, before any lookup.
+void useLanguage(const std::string& locale);
+
+// The user-visible text of a key in the language in use.
 std::string localized(const char* key);
 
 // A format with one "%d", chosen by the plural rule of `count` and filled with it.

@@ -6,8 +6,6 @@
 #include <chrono>
 #include <cmath>
 
-#include "platform/device.hpp"
-
 namespace lunoval {
 
 namespace {
@@ -91,14 +89,6 @@ void EventLoopQueue::runDue() {
     while (auto block = next().first) block();
 }
 
-ManualQueue::ManualQueue(Date start) : now_(start) {
-    device::fixNow(now_);
-}
-
-ManualQueue::~ManualQueue() {
-    device::fixNow(std::nullopt);
-}
-
 void ManualQueue::async(Block block) {
     blocks_.add(now_.timeIntervalSince1970(), std::move(block));
 }
@@ -116,11 +106,9 @@ void ManualQueue::advance(double seconds) {
     runDue();
     while (!blocks_.empty() && blocks_.nextDue() <= end) {
         now_ = Date::fromTimeIntervalSince1970(blocks_.nextDue());
-        device::fixNow(now_);
         runDue();
     }
     now_ = Date::fromTimeIntervalSince1970(end);
-    device::fixNow(now_);
 }
 
 }  // namespace lunoval

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/clock.hpp"
 #include "platform/date.hpp"
 
 namespace lunoval {
@@ -62,12 +63,11 @@ void runGLibEvents(double maxSeconds);
 // The process's main queue.
 EventLoopQueue& mainQueue();
 
-// A queue for tests: time moves only when told, and the device clock moves with it, so an
-// 8-second time-out takes no time at all.
+// A queue for tests: time moves only when told, and its clock with it, so an 8-second time-out
+// takes no time at all.
 class ManualQueue : public MainQueue {
   public:
-    explicit ManualQueue(Date start);
-    ~ManualQueue() override;
+    explicit ManualQueue(Date start) : now_(start) {}
     ManualQueue(const ManualQueue&) = delete;
     ManualQueue& operator=(const ManualQueue&) = delete;
 
@@ -78,6 +78,10 @@ class ManualQueue : public MainQueue {
     // Moves the clock forward, running each block at its due instant.
     void advance(double seconds);
     [[nodiscard]] Date now() const { return now_; }
+    // Reads this queue's time; valid while the queue lives.
+    [[nodiscard]] Clock clock() const {
+        return [this] { return now_; };
+    }
 
   private:
     Date now_;

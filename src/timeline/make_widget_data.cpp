@@ -1,6 +1,5 @@
 #include "timeline/make_widget_data.hpp"
 
-#include "platform/device.hpp"
 #include "platform/log.hpp"
 #include "platform/number_text.hpp"
 #include "timeline/widget_data_builder.hpp"
@@ -15,10 +14,10 @@ std::string coordinates(double latitude, double longitude) {
 
 }  // namespace
 
-std::optional<MoonWidgetData> loadFromAppGroup(const UserDefaults& defaults) {
+std::optional<MoonWidgetData> loadFromAppGroup(const UserDefaults& defaults, Date now) {
     const auto data = defaults.dataForKey("widgetData");
     if (!data) return std::nullopt;
-    auto record = decodeWidgetData(*data, device::now());
+    auto record = decodeWidgetData(*data, now);
     // The host app saves only places on the globe: anything else is a damaged document, read
     // as none rather than drawn as a sky for no place.
     if (record && !isOnTheGlobe({record->latitude, record->longitude})) return std::nullopt;
@@ -26,10 +25,11 @@ std::optional<MoonWidgetData> loadFromAppGroup(const UserDefaults& defaults) {
 }
 
 std::optional<MoonWidgetData> makeWidgetData(std::optional<Location> location, bool authorized,
-                                             const UserDefaults& defaults) {
-    const Date now = device::now();
+                                             const UserDefaults& defaults,
+                                             const RequestContext& context) {
+    const Date now = context.clock();
     if (location) {
-        const auto zone = device::timeZone().identifier();
+        const auto zone = context.deviceZone.identifier();
         log::line("📍 Widget: Using current location: " +
                   coordinates(location->latitude, location->longitude));
         log::line("   Using device timezone: " + zone);
@@ -37,18 +37,18 @@ std::optional<MoonWidgetData> makeWidgetData(std::optional<Location> location, b
                               .longitude = location->longitude,
                               .timezone = zone,
                               .selectedTime = now};
-        fill(record, now, true, now);
+        fill(record, now, SunTimes::include, Solar::Tilt::at(now), context.sources);
         return record;
     }
     if (!authorized) {
         log::line("⚠️ Widget: Not authorized for widget updates - user needs to approve");
-        return MoonWidgetData::permissionNeeded(device::timeZone().identifier(), now);
+        return MoonWidgetData::permissionNeeded(context.deviceZone.identifier(), now);
     }
     log::line("ℹ️ Widget: Authorized but location not currently available");
-    auto saved = loadFromAppGroup(defaults);
+    auto saved = loadFromAppGroup(defaults, now);
     if (!saved) return std::nullopt;
     // The saved place keeps its own zone; the tilt is taken at the moon's nearest transit.
-    fill(*saved, now, true, std::nullopt);
+    fill(*saved, now, SunTimes::include, Solar::Tilt::atTransitNearest(now), context.sources);
     log::line("✅ Widget: Using app-saved location as fallback: " +
               coordinates(saved->latitude, saved->longitude));
     return saved;

@@ -11,6 +11,7 @@
 #include "eclipse/eclipse_event.hpp"
 #include "platform/date.hpp"
 #include "timeline/configuration_app_intent.hpp"
+#include "timeline/widget_details.hpp"
 
 namespace lunoval {
 
@@ -44,6 +45,7 @@ struct MoonWidgetEntry {
     Date date;
     std::optional<MoonWidgetData> widgetData;
     ConfigurationAppIntent configuration;
+    WidgetDetails details;
 };
 
 // The form shared with the host app: latitude, longitude, timezone and locationName only.

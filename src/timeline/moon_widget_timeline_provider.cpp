@@ -4,7 +4,6 @@
 
 #include "locations/widget_location_cache.hpp"
 #include "locations/widget_location_manager.hpp"
-#include "platform/device.hpp"
 #include "platform/log.hpp"
 #include "timeline/make_widget_data.hpp"
 
@@ -56,16 +55,15 @@ std::string standardDescription(Date date) {
     return date::format("%F %T +0000", date::sys_seconds{seconds});
 }
 
-MoonWidgetTimelineProvider::MoonWidgetTimelineProvider(
-    MainQueue& queue, MakePlatformLocationManager makePlatformLocationManager,
-    UserDefaults defaults)
+MoonWidgetTimelineProvider::MoonWidgetTimelineProvider(MainQueue& queue, RequestContext context,
+                                                       UserDefaults defaults)
     : queue_(queue),
-      makePlatformLocationManager_(std::move(makePlatformLocationManager)),
+      context_(std::make_shared<const RequestContext>(std::move(context))),
       defaults_(std::move(defaults)) {}
 
 MoonWidgetEntry MoonWidgetTimelineProvider::placeholder(
     const widgetkit::Context& /*context*/) const {
-    const Date now = device::now();
+    const Date now = context_->clock();
     return {.date = now, .widgetData = MoonWidgetData::placeholder(now)};
 }
 
@@ -76,24 +74,26 @@ void MoonWidgetTimelineProvider::snapshot(
         completion(placeholder(context));
         return;
     }
-    WidgetLocationManager manager(makePlatformLocationManager_(), defaults_);
-    manager.requestLocation(false, [&](std::optional<Location> location, bool, bool authorized) {
-        auto record = makeWidgetData(location, authorized, defaults_);
-        completion({.date = device::now(), .widgetData = std::move(record)});
-    });
+    WidgetLocationManager manager(context_->makeLocationManager(), defaults_, context_->clock);
+    manager.requestLocation(
+        WidgetLocationManager::FreshFix::notAllowed,
+        [&](std::optional<Location> location, bool, bool authorized) {
+            auto record = makeWidgetData(location, authorized, defaults_, *context_);
+            completion({.date = context_->clock(), .widgetData = std::move(record)});
+        });
 }
 
 void MoonWidgetTimelineProvider::timeline(
     const ConfigurationAppIntent& /*configuration*/, const widgetkit::Context& /*context*/,
     std::function<void(widgetkit::Timeline<MoonWidgetEntry>)> completion,
     std::function<void()> finished) const {
-    const Date start = device::now();
+    const Date start = context_->clock();
     log::line("🔄 Widget: Starting timeline update at " + standardDescription(start));
 
     auto pending = std::make_shared<PendingTimeline>();
     pending->start = start;
-    pending->manager =
-        std::make_shared<WidgetLocationManager>(makePlatformLocationManager_(), defaults_);
+    pending->manager = std::make_shared<WidgetLocationManager>(context_->makeLocationManager(),
+                                                               defaults_, context_->clock);
     pending->deliver = [start, completion = std::move(completion)](MoonWidgetEntry entry) {
         if (!entry.widgetData || entry.widgetData->needsLocationPermission) {
             log::line("ℹ️ Widget: Will retry in 15 minutes");
@@ -105,34 +105,38 @@ void MoonWidgetTimelineProvider::timeline(
     pending->finished = std::move(finished);
 
     // The closures outlive this call and may outlive the provider: they hold copies.
-    queue_.asyncAfter(kLocationTimeoutSeconds, [defaults = defaults_, &queue = queue_, pending] {
+    queue_.asyncAfter(kLocationTimeoutSeconds, [defaults = defaults_, context = context_,
+                                                &queue = queue_, pending] {
         if (pending->resumed || !pending->manager) return;
         pending->resumed = true;
         log::line("⏱️ Widget: Location fetch timed out");
         const auto* locationManager = pending->manager->locationManager();
         const bool authorized =
             locationManager != nullptr && locationManager->isAuthorizedForWidgetUpdates();
-        pending->deliver({.date = pending->start,
-                          .widgetData = makeWidgetData(std::nullopt, authorized, defaults)});
+        pending->deliver(
+            {.date = pending->start,
+             .widgetData = makeWidgetData(std::nullopt, authorized, defaults, *context)});
         releaseAfterAnswer(queue, pending);
     });
     // The manager keeps its answer's closure, so the closure holds the request only weakly: the
     // queue's blocks own it, and a queue dropped with a fetch still open frees all of it.
     pending->manager->requestLocation(
-        true, [defaults = defaults_, &queue = queue_, weak = std::weak_ptr(pending)](
-                  std::optional<Location> location, bool, bool authorized) {
+        WidgetLocationManager::FreshFix::allowed,
+        [defaults = defaults_, context = context_, &queue = queue_, weak = std::weak_ptr(pending)](
+            std::optional<Location> location, bool, bool authorized) {
             const auto pending = weak.lock();
             if (!pending) return;
             if (pending->resumed) {
                 // A late answer without a place keeps the manager: a later one may bring it.
                 if (!location) return;
-                widgetcache::saveLocationToCache(defaults, *location);
+                widgetcache::saveLocationToCache(defaults, *location, context->clock());
                 release(queue, pending);
                 return;
             }
             pending->resumed = true;
-            pending->deliver({.date = pending->start,
-                              .widgetData = makeWidgetData(location, authorized, defaults)});
+            pending->deliver(
+                {.date = pending->start,
+                 .widgetData = makeWidgetData(location, authorized, defaults, *context)});
             releaseAfterAnswer(queue, pending);
         });
 }

@@ -3,11 +3,11 @@
 #include <functional>
 #include <memory>
 
-#include "platform/location_services.hpp"
 #include "platform/main_queue.hpp"
 #include "platform/user_defaults.hpp"
 #include "platform/widgetkit.hpp"
 #include "timeline/moon_widget_data.hpp"
+#include "timeline/request_context.hpp"
 
 namespace lunoval {
 
@@ -15,11 +15,7 @@ namespace lunoval {
 // one entry that the host reloads when it sees fit. Holds no state of its own.
 class MoonWidgetTimelineProvider {
   public:
-    using MakePlatformLocationManager = std::function<std::unique_ptr<PlatformLocationManager>()>;
-
-    MoonWidgetTimelineProvider(MainQueue& queue,
-                               MakePlatformLocationManager makePlatformLocationManager,
-                               UserDefaults defaults);
+    MoonWidgetTimelineProvider(MainQueue& queue, RequestContext context, UserDefaults defaults);
 
     [[nodiscard]] MoonWidgetEntry placeholder(const widgetkit::Context& context) const;
     // Never waits: a preview answers at once and a snapshot asks for no fresh fix.
@@ -34,7 +30,8 @@ class MoonWidgetTimelineProvider {
 
   private:
     MainQueue& queue_;
-    MakePlatformLocationManager makePlatformLocationManager_;
+    // Shared with the closures of requests that outlive the provider.
+    std::shared_ptr<const RequestContext> context_;
     UserDefaults defaults_;
 };
 

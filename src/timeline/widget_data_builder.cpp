@@ -11,7 +11,7 @@
 
 namespace lunoval {
 
-AstronomySources AstronomySources::shared() {
+AstronomySources AstronomySources::shared(const TimeZone& deviceZone) {
     return {
         .phaseTable = [](int year,
                          int month) { return MoonPhaseDataManager::shared().events(year, month); },
@@ -20,8 +20,8 @@ AstronomySources AstronomySources::shared() {
                 return MoonPhaseDataManager::shared().nextPhase(date, zone);
             },
         .eclipseInfo =
-            [](Date date, const TimeZone& zone, double latitude, double longitude) {
-                return EclipseParser::shared().eclipseInfo(date, zone, latitude, longitude);
+            [deviceZone](Date date, const TimeZone& zone, Solar::Observer place) {
+                return EclipseParser::shared().eclipseInfo(date, zone, place, deviceZone);
             },
     };
 }
@@ -41,8 +41,8 @@ std::string nextPhaseText(std::int64_t daysUntil) {
 
 namespace {
 
-void fillNextPhase(MoonWidgetData& record, Date date, const TimeZone& zone,
-                   std::optional<Date> tiltDate, const AstronomySources& sources) {
+void fillNextPhase(MoonWidgetData& record, Date date, const TimeZone& zone, const Solar::Tilt& tilt,
+                   const AstronomySources& sources) {
     const auto next = sources.nextPhase(date, zone);
     if (!next) return;
     if (const auto local = Calendar(zone).components(date)) {
@@ -50,8 +50,8 @@ void fillNextPhase(MoonWidgetData& record, Date date, const TimeZone& zone,
         const auto instant = MoonPhaseDataManager::eventDate(local->year, local->month, event.day,
                                                              event.hour, event.minute);
         if (instant) {
-            record.nextMoonPhase = Solar::moonPhase(*instant, zone, true, tiltDate, record.latitude,
-                                                    record.longitude, sources.phaseTable);
+            record.nextMoonPhase = Solar::moonPhase(
+                *instant, zone, tilt, {record.latitude, record.longitude}, sources.phaseTable);
         }
     }
     record.nextPhaseTime = nextPhaseText(next->daysUntil);
@@ -59,28 +59,26 @@ void fillNextPhase(MoonWidgetData& record, Date date, const TimeZone& zone,
 
 }  // namespace
 
-void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional<Date> tiltDate,
+void fill(MoonWidgetData& record, Date date, SunTimes sunTimes, const Solar::Tilt& tilt,
           const AstronomySources& sources) {
     record.selectedTime = date;
     const auto zone = TimeZone::named(record.timezone);
     if (!zone) return;
-    const double latitude = record.latitude;
-    const double longitude = record.longitude;
+    const Solar::Observer place{record.latitude, record.longitude};
 
-    const auto moonTimes = Solar::moonRiseAndSet(date, *zone, latitude, longitude);
+    const auto moonTimes = Solar::moonRiseAndSet(date, *zone, place);
     record.moonrise = moonTimes.rise;
     record.moonset = moonTimes.set;
-    const auto position = Solar::moonPosition(date, latitude, longitude);
+    const auto position = Solar::moonPosition(date, place);
     record.moonAzimuth = position.azimuth;
     record.moonAltitude = position.altitude;
-    if (includeSunTimes) {
-        record.sunrise = Solar::sunrise(date, *zone, latitude, longitude);
-        record.sunset = Solar::sunset(date, *zone, latitude, longitude);
+    if (sunTimes == SunTimes::include) {
+        record.sunrise = Solar::sunrise(date, *zone, place);
+        record.sunset = Solar::sunset(date, *zone, place);
     }
-    record.currentMoonPhase =
-        Solar::moonPhase(date, *zone, true, tiltDate, latitude, longitude, sources.phaseTable);
-    fillNextPhase(record, date, *zone, tiltDate, sources);
-    record.eclipseInfo = sources.eclipseInfo(date, *zone, latitude, longitude);
+    record.currentMoonPhase = Solar::moonPhase(date, *zone, tilt, place, sources.phaseTable);
+    fillNextPhase(record, date, *zone, tilt, sources);
+    record.eclipseInfo = sources.eclipseInfo(date, *zone, place);
 }
 
 }  // namespace lunoval

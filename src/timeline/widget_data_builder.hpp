@@ -15,19 +15,21 @@ struct AstronomySources {
     Solar::PhaseTable phaseTable;
     std::function<std::optional<NextPhase>(Date, const TimeZone&)> nextPhase;
     // The eclipse on the local day of the date, with its visibility from the place.
-    std::function<std::shared_ptr<const EclipseEvent>(Date, const TimeZone&, double latitude,
-                                                      double longitude)>
+    std::function<std::shared_ptr<const EclipseEvent>(Date, const TimeZone&, Solar::Observer)>
         eclipseInfo;
 
-    // The process-wide phase tables and eclipse catalogue.
-    static AstronomySources shared();
+    // The process-wide phase tables and eclipse catalogue, the catalogue's years counted in
+    // the device's zone.
+    static AstronomySources shared(const TimeZone& deviceZone);
 };
+
+enum class SunTimes { include, omit };
 
 // Runs the astronomy for `date` at the record's place, counting local days in the record's
 // zone. An unknown zone, a place off the globe (or not a number) or an instant that is not
 // finite leaves every field but `selectedTime` as it was.
-void fill(MoonWidgetData& record, Date date, bool includeSunTimes, std::optional<Date> tiltDate,
-          const AstronomySources& sources = AstronomySources::shared());
+void fill(MoonWidgetData& record, Date date, SunTimes sunTimes, const Solar::Tilt& tilt,
+          const AstronomySources& sources);
 
 // "today", "tomorrow" or "in N days", localised.
 std::string nextPhaseText(std::int64_t daysUntil);

@@ -2,13 +2,8 @@
 
 #include <array>
 #include <limits>
-#include <map>
 
-#include "astro/moon_phase.hpp"
-#include "phases/moon_phase_data_manager.hpp"
-#include "platform/calendar.hpp"
 #include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
 #include "platform/localization.hpp"
 #include "views/widget_blocks.hpp"
 #include "views/widget_container.hpp"
@@ -80,92 +75,42 @@ View row(std::vector<View> cells) {
     return HStack(VerticalAlignment::center, 0, std::move(cells));
 }
 
-// The month of the record's moment, in the place's zone.
-class MonthGrid {
-  public:
-    MonthGrid(const MoonWidgetData& data, DateComponents reference, ColorScheme scheme)
-        : latitude_(data.latitude),
-          longitude_(data.longitude),
-          calendar_(placeZone(data.timezone)),
-          reference_(reference),
-          scheme_(scheme),
-          events_(
-              eventsByDay(MoonPhaseDataManager::shared().events(reference.year, reference.month))) {
-    }
-
-    [[nodiscard]] View body() const {
-        std::vector<View> rows;
-        const auto cells = dayCells();
-        for (std::size_t start = 0; start < cells.size(); start += kDaysPerWeek) {
-            rows.push_back(row({cells.begin() + static_cast<std::ptrdiff_t>(start),
-                                cells.begin() + static_cast<std::ptrdiff_t>(start + kDaysPerWeek)})
-                               .frame(FlexibleFrame{.maxHeight = kInfinity}));
-        }
-        return VStack(HorizontalAlignment::center, kRowSpacing, std::move(rows));
-    }
-
-  private:
-    // The table's own day of month marks the day of a principal phase.
-    static std::map<std::int64_t, PrincipalPhase> eventsByDay(
-        const std::vector<MoonPhaseEvent>& events) {
-        std::map<std::int64_t, PrincipalPhase> byDay;
-        for (const auto& event : events) byDay.try_emplace(event.day, event.phase);
-        return byDay;
-    }
-
-    // Empty cells before the 1st (from Sunday) and after the last day complete the weeks.
-    [[nodiscard]] std::vector<View> dayCells() const {
-        const auto first = calendar_.date(reference_.year, reference_.month, 1, 12);
-        const auto firstDay = first ? calendar_.components(*first) : std::nullopt;
-        const int leading = firstDay ? firstDay->weekday - 1 : 0;
-        std::vector<View> cells(static_cast<std::size_t>(leading));
-        const int days = Calendar::daysInMonth(reference_.year, reference_.month);
-        for (int day = 1; day <= days; ++day) cells.push_back(dayCell(day));
-        cells.resize((cells.size() + kDaysPerWeek - 1) / kDaysPerWeek * kDaysPerWeek);
-        return cells;
-    }
-
-    [[nodiscard]] View dayCell(int day) const {
-        const bool isToday = day == reference_.day;
-        const auto number =
-            Text(std::to_string(day))
-                .font(Font::system(kDayFontSize, isToday ? FontWeight::bold : FontWeight::medium))
-                .color(isToday ? cyan() : Color::white().opacity(0.9));
-        return VStack(HorizontalAlignment::center, kCellSpacing,
-                      {number, dayMoon(day).frame(kMoonSize, kMoonSize)});
-    }
-
-    [[nodiscard]] View dayMoon(int day) const {
-        if (const auto event = events_.find(day); event != events_.end()) {
-            std::string name = phaseSymbol(event->second);
-            if (scheme_ == ColorScheme::light) name += ".inverse";
+// The entry's month as a grid of weeks from Sunday, today picked out.
+View monthGrid(const PhaseMonth& month, ColorScheme scheme) {
+    const auto dayMoon = [scheme](const MonthDay& day) -> View {
+        if (day.principalPhase) {
+            std::string name = phaseSymbol(*day.principalPhase);
+            if (scheme == ColorScheme::light) name += ".inverse";
             return View(Symbol(name).resizable().color(cyan()))
                 .frame(kPhaseSymbolSize, kPhaseSymbolSize);
         }
-        const auto phase = phaseOn(day);
-        if (!phase) return {};
-        return whiteMoonDisc(*phase, kMoonSize, false).body();
+        if (!day.phase) return {};
+        return whiteMoonDisc(*day.phase, kMoonSize, false).body();
+    };
+    // Empty cells before the 1st and after the last day complete the weeks.
+    std::vector<View> cells(static_cast<std::size_t>(month.leadingDays));
+    for (const auto& day : month.days) {
+        const bool isToday = day.day == month.today;
+        const auto number =
+            Text(std::to_string(day.day))
+                .font(Font::system(kDayFontSize, isToday ? FontWeight::bold : FontWeight::medium))
+                .color(isToday ? cyan() : Color::white().opacity(0.9));
+        cells.push_back(VStack(HorizontalAlignment::center, kCellSpacing,
+                               {number, dayMoon(day).frame(kMoonSize, kMoonSize)}));
     }
+    cells.resize((cells.size() + kDaysPerWeek - 1) / kDaysPerWeek * kDaysPerWeek);
 
-    // Local noon stands for the whole day; the grid is too small for the moon's tilt.
-    [[nodiscard]] std::optional<Solar::SimpleMoonPhase> phaseOn(int day) const {
-        const auto noon = calendar_.date(reference_.year, reference_.month, day, 12);
-        if (!noon) return std::nullopt;
-        return Solar::moonPhase(
-            *noon, calendar_.timeZone(), false, std::nullopt, latitude_, longitude_,
-            [](int year, int month) { return MoonPhaseDataManager::shared().events(year, month); });
+    std::vector<View> rows;
+    for (std::size_t start = 0; start < cells.size(); start += kDaysPerWeek) {
+        rows.push_back(row({cells.begin() + static_cast<std::ptrdiff_t>(start),
+                            cells.begin() + static_cast<std::ptrdiff_t>(start + kDaysPerWeek)})
+                           .frame(FlexibleFrame{.maxHeight = kInfinity}));
     }
+    return VStack(HorizontalAlignment::center, kRowSpacing, std::move(rows));
+}
 
-    double latitude_;
-    double longitude_;
-    Calendar calendar_;
-    DateComponents reference_;
-    ColorScheme scheme_;
-    std::map<std::int64_t, PrincipalPhase> events_;
-};
-
-View header(const MoonWidgetData& data) {
-    const DateFormatter formatter{device::localeIdentifier(), placeZone(data.timezone)};
+View header(const MoonWidgetData& data, const LocalFormat& format) {
+    const DateFormatter formatter{format.locale, format.zone};
     std::vector<View> initials;
     for (const auto& initial : weekdayInitials()) {
         initials.push_back(Text(initial).font(kWeekdayFont).color(Color::white().opacity(0.55)));
@@ -182,13 +127,12 @@ View header(const MoonWidgetData& data) {
 View LargeLunovalView::body() const {
     const auto background = WidgetBackground{WidgetBackgroundStyle::moon}.body();
     if (!entry.widgetData) return moonPlaceholder().containerBackground(background);
-    const auto& data = *entry.widgetData;
     // The record's own moment picks the month and today, so the grid agrees with the place's
     // day the other widgets show.
-    const auto reference = Calendar(placeZone(data.timezone)).components(data.selectedTime);
-    if (!reference) return moonPlaceholder().containerBackground(background);
+    const auto& month = entry.details.month;
+    if (!month) return moonPlaceholder().containerBackground(background);
     return VStack(HorizontalAlignment::leading, 8,
-                  {header(data), MonthGrid(data, *reference, colorScheme).body()})
+                  {header(*entry.widgetData, entry.details.format), monthGrid(*month, colorScheme)})
         .containerBackground(background);
 }
 

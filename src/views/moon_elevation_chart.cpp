@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <numbers>
 
-#include "astro/moon_position.hpp"
-#include "platform/calendar.hpp"
 #include "views/elevation_plot.hpp"
 #include "views/marker_spacing.hpp"
 #include "views/widget_text.hpp"
@@ -24,7 +22,7 @@ constexpr double kLabelLift = 26;
 constexpr ui::Font kLabelFont = ui::Font::system(9, ui::FontWeight::bold);
 
 struct MarkerEvent {
-    Date instant;
+    AltitudeSample moon;
     const char* symbol;
     ui::Color color;
 };
@@ -49,8 +47,7 @@ void placeAround(const ui::View& view, Point center, Rect within, const LayoutCo
 
 class ElevationChartNode final : public ui::ViewNode {
   public:
-    explicit ElevationChartNode(MoonElevationChart chart)
-        : chart_(std::move(chart)), zone_(TimeZone::named(chart_.timezone)) {}
+    explicit ElevationChartNode(MoonElevationChart chart) : chart_(std::move(chart)) {}
 
     ui::Size sizeThatFits(ui::ProposedSize proposal,
                           const LayoutContext& /*context*/) const override {
@@ -58,22 +55,15 @@ class ElevationChartNode final : public ui::ViewNode {
     }
 
     void place(Rect bounds, const LayoutContext& context, DisplayList& out) const override {
-        const Calendar calendar(placeZone(chart_.timezone));
-        const Date dayStart =
-            chartDayStart(chart_.moonrise, chart_.moonset, chart_.currentTime, calendar);
-        const ElevationScale scale(
-            chartRange(chart_.isPlaceholder, zone_, dayStart, chart_.latitude, chart_.longitude),
-            dayStart, bounds.size());
+        const auto& day = chart_.day;
+        const ElevationScale scale(day.range, day.dayStart, bounds.size());
         const auto palette =
             ChartPalette::make(context.environment.colorScheme, chart_.widgetRenderingMode);
         const auto events = markerEvents(palette);
 
-        const ElevationPlot plot{scale,
-                                 curvePoints(scale, curveAltitude()),
-                                 markers(events, scale),
-                                 noonX(calendar, scale),
-                                 presentPosition(scale),
-                                 palette};
+        const ElevationPlot plot{
+            scale,        curvePoints(scale, day.curve), markers(events, scale),
+            noonX(scale), presentPosition(scale),        palette};
         ui::Canvas([plot](ui::GraphicsContext& graphics) {
             plot.paint(graphics);
         }).place(bounds, context, out);
@@ -84,23 +74,10 @@ class ElevationChartNode final : public ui::ViewNode {
     }
 
   private:
-    [[nodiscard]] AltitudeAt curveAltitude() const {
-        if (chart_.isPlaceholder) return placeholderAltitude;
-        return [lat = chart_.latitude, lng = chart_.longitude](Date instant) {
-            return compactMoonAltitude(instant, lat, lng);
-        };
-    }
-
-    // Single positions come from the full engine, as the widget's other figures do.
-    [[nodiscard]] double altitudeAt(Date instant) const {
-        if (chart_.isPlaceholder) return placeholderAltitude(instant);
-        return Solar::moonPosition(instant, chart_.latitude, chart_.longitude).altitude;
-    }
-
     [[nodiscard]] std::vector<MarkerEvent> markerEvents(const ChartPalette& palette) const {
         std::vector<MarkerEvent> events;
-        if (chart_.moonrise) events.push_back({*chart_.moonrise, "moonrise.fill", palette.rise});
-        if (chart_.moonset) events.push_back({*chart_.moonset, "moonset.fill", palette.set});
+        if (chart_.day.rise) events.push_back({*chart_.day.rise, "moonrise.fill", palette.rise});
+        if (chart_.day.set) events.push_back({*chart_.day.set, "moonset.fill", palette.set});
         return events;
     }
 
@@ -109,29 +86,24 @@ class ElevationChartNode final : public ui::ViewNode {
         std::vector<ChartMarker> result;
         for (const auto& event : events) {
             result.push_back(
-                {{scale.x(event.instant), scale.y(altitudeAt(event.instant))}, event.color});
+                {{scale.x(event.moon.instant), scale.y(event.moon.altitude)}, event.color});
         }
         return result;
     }
 
-    [[nodiscard]] std::optional<double> noonX(const Calendar& calendar,
-                                              const ElevationScale& scale) const {
-        if (!chart_.showNoon) return std::nullopt;
-        const auto noon = calendar.dateBySettingTime(12, 0, 0, scale.dayStart());
-        if (!noon) return std::nullopt;
-        return scale.x(*noon);
+    [[nodiscard]] std::optional<double> noonX(const ElevationScale& scale) const {
+        if (!chart_.showNoon || !chart_.day.noon) return std::nullopt;
+        return scale.x(*chart_.day.noon);
     }
 
     // A present moment off the chart day has no place on it.
     [[nodiscard]] std::optional<PresentPosition> presentPosition(
         const ElevationScale& scale) const {
         if (!chart_.showCurrentPosition) return std::nullopt;
-        const Date now =
-            chart_.isPlaceholder ? placeholderPresentTime(scale.dayStart()) : chart_.currentTime;
-        const double x = scale.x(now);
+        const auto& present = chart_.day.present;
+        const double x = scale.x(present.instant);
         if (x < 0 || x > scale.size().width) return std::nullopt;
-        const double altitude = altitudeAt(now);
-        return PresentPosition{{x, scale.y(altitude)}, altitude >= 0};
+        return PresentPosition{{x, scale.y(present.altitude)}, present.altitude >= 0};
     }
 
     // Rise, set and the present moon each get a place of their own inside the plot; the guides
@@ -177,7 +149,7 @@ class ElevationChartNode final : public ui::ViewNode {
             const auto color = events[i].color.opacity(0.22);
             const ui::View label =
                 ui::View(
-                    ui::Text(shortTimeText(events[i].instant, chart_.timezone)).font(kLabelFont))
+                    ui::Text(shortTimeText(events[i].moon.instant, chart_.format)).font(kLabelFont))
                     .padding({1, 3, 1, 3})
                     .background(ui::Canvas([color](ui::GraphicsContext& graphics) {
                         graphics.fill(capsule(graphics.size()), color);
@@ -190,7 +162,6 @@ class ElevationChartNode final : public ui::ViewNode {
     static Point offset(Point point, Point by) { return {point.x + by.x, point.y + by.y}; }
 
     MoonElevationChart chart_;
-    std::optional<TimeZone> zone_;
 };
 
 }  // namespace

@@ -80,14 +80,15 @@ View MoonEventWidgetEntryView::body() const {
 // its right.
 View SmallMoonEventView::body() const {
     const auto layout = [this](const MoonWidgetData& data) {
-        std::vector<View> parts{HStack(VerticalAlignment::top, kGutter,
-                                       {dateBlock(data, leftColumnWidth), eventBlock(data)})};
+        std::vector<View> parts{
+            HStack(VerticalAlignment::top, kGutter,
+                   {dateBlock(data, entry.details.format, leftColumnWidth), eventBlock(data)})};
         if (data.currentMoonPhase) {
             parts.push_back(moonBlock(*data.currentMoonPhase, phaseIconSize, leftColumnWidth, 9));
         }
         parts.push_back(VStack(HorizontalAlignment::leading, 4,
-                               {timeRow("moonrise.fill", data.moonrise, data.timezone),
-                                timeRow("moonset.fill", data.moonset, data.timezone)})
+                               {timeRow("moonrise.fill", data.moonrise, entry.details.format),
+                                timeRow("moonset.fill", data.moonset, entry.details.format)})
                             .padding({.leading = leftColumnWidth + kGutter}));
         return VStack(HorizontalAlignment::leading, 8, std::move(parts));
     };

@@ -74,10 +74,10 @@ View glowingMoon(const Solar::SimpleMoonPhase& phase) {
 }
 
 View timeRow(const char* symbol, Font symbolFont, Color symbolColor, Font timeFont, Date time,
-             const std::string& timezone) {
+             const LocalFormat& format) {
     return HStack(VerticalAlignment::center, 3,
                   {Symbol(symbol).font(symbolFont).color(symbolColor),
-                   Text(shortTimeText(time, timezone)).font(timeFont).color(kPrimary)});
+                   Text(shortTimeText(time, format)).font(timeFont).color(kPrimary)});
 }
 
 std::vector<View> smallPhaseRows(const Solar::SimpleMoonPhase& phase) {
@@ -100,17 +100,17 @@ std::vector<View> loadingRows() {
                 .color(kPrimary)};
 }
 
-View smallRiseSetRows(const MoonWidgetData& data) {
+View smallRiseSetRows(const MoonWidgetData& data, const LocalFormat& format) {
     constexpr Font kTimeFont = Font::system(9, FontWeight::semibold);
     constexpr Font kSymbolFont = Font::system(9, FontWeight::bold);
     std::vector<View> rows;
     if (data.moonrise) {
-        rows.push_back(timeRow("moonrise.fill", kSymbolFont, cyan(), kTimeFont, *data.moonrise,
-                               data.timezone));
+        rows.push_back(
+            timeRow("moonrise.fill", kSymbolFont, cyan(), kTimeFont, *data.moonrise, format));
     }
     if (data.moonset) {
         rows.push_back(timeRow("moonset.fill", kSymbolFont, Color::white().opacity(0.8), kTimeFont,
-                               *data.moonset, data.timezone));
+                               *data.moonset, format));
     }
     return VStack(HorizontalAlignment::leading, 2, std::move(rows)).padding({.top = 4});
 }
@@ -131,16 +131,12 @@ View mediumMoonColumn(const MoonWidgetData& data) {
                        .minimumScaleFactor(0.6)});
 }
 
-View elevationChart(const MoonWidgetData& data) {
-    return MoonElevationChart{.moonrise = data.moonrise,
-                              .moonset = data.moonset,
-                              .currentTime = data.selectedTime,
-                              .timezone = data.timezone,
-                              .latitude = data.latitude,
-                              .longitude = data.longitude,
-                              .isPlaceholder = data.isPlaceholder}
-        .body()
-        .frame(FlexibleFrame{.maxWidth = kInfinity, .maxHeight = kChartMaxHeight});
+View elevationChart(const WidgetDetails& details) {
+    const auto chart =
+        details.elevation
+            ? MoonElevationChart{.day = *details.elevation, .format = details.format}.body()
+            : View{};
+    return chart.frame(FlexibleFrame{.maxWidth = kInfinity, .maxHeight = kChartMaxHeight});
 }
 
 View elevationColumn(const MoonWidgetData& data) {
@@ -152,16 +148,16 @@ View elevationColumn(const MoonWidgetData& data) {
                        .color(kSecondary)});
 }
 
-View mediumRiseSetColumn(const MoonWidgetData& data) {
+View mediumRiseSetColumn(const MoonWidgetData& data, const LocalFormat& format) {
     constexpr Font kFont = Font::system(10, FontWeight::semibold);
     std::vector<View> rows;
     if (data.moonrise) {
         rows.push_back(
-            timeRow("moonrise.fill", kFont, Color::white(), kFont, *data.moonrise, data.timezone));
+            timeRow("moonrise.fill", kFont, Color::white(), kFont, *data.moonrise, format));
     }
     if (data.moonset) {
         rows.push_back(
-            timeRow("moonset.fill", kFont, Color::white(), kFont, *data.moonset, data.timezone));
+            timeRow("moonset.fill", kFont, Color::white(), kFont, *data.moonset, format));
     }
     return VStack(HorizontalAlignment::leading, 4, std::move(rows));
 }
@@ -192,7 +188,9 @@ View SmallMoonPhaseView::body() const {
     if (!entry.widgetData) return withMoonBackground(moonPlaceholder());
     const auto& data = *entry.widgetData;
     auto rows = data.currentMoonPhase ? smallPhaseRows(*data.currentMoonPhase) : loadingRows();
-    if (data.moonrise || data.moonset) rows.push_back(smallRiseSetRows(data));
+    if (data.moonrise || data.moonset) {
+        rows.push_back(smallRiseSetRows(data, entry.details.format));
+    }
     return withMoonBackground(
         VStack(HorizontalAlignment::center, 2, std::move(rows)).padding({.top = 4}));
 }
@@ -200,12 +198,12 @@ View SmallMoonPhaseView::body() const {
 View MediumMoonView::body() const {
     if (!entry.widgetData) return withMoonBackground(moonPlaceholder());
     const auto& data = *entry.widgetData;
-    return withMoonBackground(
-        HStack(
-            VerticalAlignment::center, 8,
-            {mediumMoonColumn(data).frame(kMediumMoonColumnWidth, std::nullopt, Alignment::leading),
-             elevationChart(data), elevationColumn(data), mediumRiseSetColumn(data)})
-            .padding(EdgeInsets::horizontal(6)));
+    return withMoonBackground(HStack(VerticalAlignment::center, 8,
+                                     {mediumMoonColumn(data).frame(
+                                          kMediumMoonColumnWidth, std::nullopt, Alignment::leading),
+                                      elevationChart(entry.details), elevationColumn(data),
+                                      mediumRiseSetColumn(data, entry.details.format)})
+                                  .padding(EdgeInsets::horizontal(6)));
 }
 
 }  // namespace lunoval

@@ -18,10 +18,10 @@ constexpr double kColumnWidth = 46;
 constexpr double kGutter = 6;
 
 // The date beside the day's times, and the moon under the date beside its name.
-View timesLayout(const MoonWidgetData& data, std::vector<View> rows) {
-    std::vector<View> parts{HStack(
-        VerticalAlignment::top, kGutter,
-        {dateBlock(data, kColumnWidth), VStack(HorizontalAlignment::leading, 4, std::move(rows))})};
+View timesLayout(const MoonWidgetData& data, const LocalFormat& format, std::vector<View> rows) {
+    std::vector<View> parts{HStack(VerticalAlignment::top, kGutter,
+                                   {dateBlock(data, format, kColumnWidth),
+                                    VStack(HorizontalAlignment::leading, 4, std::move(rows))})};
     if (data.currentMoonPhase)
         parts.push_back(moonBlock(*data.currentMoonPhase, 33, kColumnWidth, 11));
     return VStack(HorizontalAlignment::leading, 12, std::move(parts));
@@ -68,9 +68,10 @@ View MoonSunTimesWidgetEntryView::body() const {
 View SmallMoonTimesView::body() const {
     return smallTimesWidget(
         entry, WidgetBackgroundStyle::moon,
-        [](const MoonWidgetData& data) {
-            return timesLayout(data, {timeRow("moonrise.fill", data.moonrise, data.timezone),
-                                      timeRow("moonset.fill", data.moonset, data.timezone)});
+        [&format = entry.details.format](const MoonWidgetData& data) {
+            return timesLayout(data, format,
+                               {timeRow("moonrise.fill", data.moonrise, format),
+                                timeRow("moonset.fill", data.moonset, format)});
         },
         moonPlaceholder);
 }
@@ -80,11 +81,12 @@ View SmallMoonTimesView::body() const {
 View SmallMoonAndSunTimes::body() const {
     return smallTimesWidget(
         entry, WidgetBackgroundStyle::sun,
-        [](const MoonWidgetData& data) {
-            return timesLayout(data, {timeRow("sunrise.fill", data.sunrise, data.timezone),
-                                      timeRow("sunset.fill", data.sunset, data.timezone),
-                                      timeRow("moonrise.fill", data.moonrise, data.timezone),
-                                      timeRow("moonset.fill", data.moonset, data.timezone)});
+        [&format = entry.details.format](const MoonWidgetData& data) {
+            return timesLayout(data, format,
+                               {timeRow("sunrise.fill", data.sunrise, format),
+                                timeRow("sunset.fill", data.sunset, format),
+                                timeRow("moonrise.fill", data.moonrise, format),
+                                timeRow("moonset.fill", data.moonset, format)});
         },
         sunPlaceholder);
 }

@@ -28,22 +28,22 @@ SimpleMoonPhaseView whiteMoonDisc(const Solar::SimpleMoonPhase& phase, double si
             .strokeWidth = 1.5};
 }
 
-View dateBlock(const MoonWidgetData& data, double width) {
+View dateBlock(const MoonWidgetData& data, const LocalFormat& format, double width) {
     return VStack(HorizontalAlignment::center, 0,
-                  {View(Text(monthText(data.selectedTime, data.timezone))
+                  {View(Text(monthText(data.selectedTime, format))
                             .font(Font::system(9, FontWeight::bold))
                             .color(white(0.7)))
                        .padding({.top = 2}),
-                   Text(dayText(data.selectedTime, data.timezone))
+                   Text(dayText(data.selectedTime, format))
                        .font(Font::system(17, FontWeight::medium))
                        .color(white(0.95))})
         .frame(width, std::nullopt);
 }
 
-View timeRow(const char* symbol, const std::optional<Date>& time, const std::string& timezone) {
+View timeRow(const char* symbol, const std::optional<Date>& time, const LocalFormat& format) {
     return HStack(VerticalAlignment::center, kGutter,
                   {Symbol(symbol).font(Font::system(11, FontWeight::bold)).color(white(0.95)),
-                   Text(time ? shortTimeText(*time, timezone) : "--:--")
+                   Text(time ? shortTimeText(*time, format) : "--:--")
                        .font(Font::system(11, FontWeight::semibold))
                        .color(white(0.95))});
 }

@@ -17,10 +17,10 @@ SimpleMoonPhaseView whiteMoonDisc(const Solar::SimpleMoonPhase& phase, double si
 
 // The month ("OCT") over the day of month, centred in a column `width` wide, for
 // `selectedTime`: the rises and sets beside it are that day's.
-ui::View dateBlock(const MoonWidgetData& data, double width);
+ui::View dateBlock(const MoonWidgetData& data, const LocalFormat& format, double width);
 
-// A rise or set symbol and its time in the place's zone; "--:--" when there is none.
-ui::View timeRow(const char* symbol, const std::optional<Date>& time, const std::string& timezone);
+// A rise or set symbol and its time in the entry's zone; "--:--" when there is none.
+ui::View timeRow(const char* symbol, const std::optional<Date>& time, const LocalFormat& format);
 
 // The disc centred in the left column beside the phase name and its lit text.
 ui::View moonBlock(const Solar::SimpleMoonPhase& phase, double discSize, double columnWidth,

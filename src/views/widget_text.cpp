@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
 #include "platform/localization.hpp"
 #include "platform/text_case.hpp"
 
@@ -11,15 +10,11 @@ namespace lunoval {
 
 namespace {
 
-DateFormatter formatter(const std::string& timezone) {
-    return {device::localeIdentifier(), placeZone(timezone)};
+DateFormatter formatter(const LocalFormat& format) {
+    return {format.locale, format.zone};
 }
 
 }  // namespace
-
-TimeZone placeZone(const std::string& timezone) {
-    return TimeZone::named(timezone).value_or(device::timeZone());
-}
 
 int litPercent(double illumination) {
     return static_cast<int>(illumination * 100);
@@ -43,16 +38,16 @@ std::string phaseNameText(const Solar::SimpleMoonPhase& phase) {
     return l10n::localized(phase.phaseName.c_str());
 }
 
-std::string shortTimeText(Date date, const std::string& timezone) {
-    return formatter(timezone).shortTime(date);
+std::string shortTimeText(Date date, const LocalFormat& format) {
+    return formatter(format).shortTime(date);
 }
 
-std::string monthText(Date date, const std::string& timezone) {
-    return uppercased(formatter(timezone).pattern(date, "MMM"), device::localeIdentifier());
+std::string monthText(Date date, const LocalFormat& format) {
+    return uppercased(formatter(format).pattern(date, "MMM"), format.locale);
 }
 
-std::string dayText(Date date, const std::string& timezone) {
-    return formatter(timezone).pattern(date, "d");
+std::string dayText(Date date, const LocalFormat& format) {
+    return formatter(format).pattern(date, "d");
 }
 
 }  // namespace lunoval

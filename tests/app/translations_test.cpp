@@ -5,7 +5,7 @@
 
 #include "app/widget_renderer.hpp"
 #include "display_list_queries.hpp"
-#include "platform/device.hpp"
+#include "drawn_entry.hpp"
 #include "platform/localization.hpp"
 #include "ui/pango_layout.hpp"
 #include "ui/pango_text_measurer.hpp"
@@ -33,8 +33,8 @@ std::vector<std::optional<MoonWidgetData>> records() {
 
 class Translations : public ::testing::TestWithParam<const char*> {
   protected:
-    Translations() { device::setLocaleIdentifier(GetParam()); }
-    ~Translations() override { device::setLocaleIdentifier(std::nullopt); }
+    Translations() { l10n::useLanguage(GetParam()); }
+    ~Translations() override { l10n::useLanguage("en_US"); }
 };
 
 TEST_P(Translations, EveryWidgetShowsTranslatedTextsThatFitWithEveryGlyph) {
@@ -48,7 +48,7 @@ TEST_P(Translations, EveryWidgetShowsTranslatedTextsThatFitWithEveryGlyph) {
     for (const auto& widget : LunovalWidgetBundle::body()) {
         for (const auto family : widget.supportedFamilies) {
             for (const auto& record : records()) {
-                const MoonWidgetEntry entry{.date = {}, .widgetData = record};
+                const auto entry = testing::drawnEntry({}, record, GetParam());
                 const auto list = renderWidget(widget, family, entry, {}, measurer).list;
                 for (const auto& text : testing::all<ui::DrawText>(list)) {
                     SCOPED_TRACE(std::string(widget.kind) + " " +
@@ -76,10 +76,10 @@ TEST(Translations, DayCountsTakeEachLanguagesPluralForm) {
         {"en_US", 9, "in 9 days"},
     };
     for (const auto& [locale, days, expected] : cases) {
-        device::setLocaleIdentifier(locale);
+        l10n::useLanguage(locale);
         EXPECT_EQ(l10n::localizedCount("in %d days", days), expected) << locale;
     }
-    device::setLocaleIdentifier(std::nullopt);
+    l10n::useLanguage("en_US");
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ PhaseTable tableOf(int year, int month, std::vector<Event> events) {
 const PhaseTable kEmptyTable = [](int, int) { return std::vector<Event>{}; };
 
 PhaseType phaseAt(Date date, const char* zoneName, const PhaseTable& table) {
-    return moonPhase(date, zone(zoneName), false, std::nullopt, 0, 0, table).phaseType;
+    return moonPhase(date, zone(zoneName), Tilt::none(), {}, table).phaseType;
 }
 
 TEST(PhaseType, RawValuesAreTheDisplayedNames) {
@@ -38,8 +38,7 @@ TEST(PhaseType, RawValuesAreTheDisplayedNames) {
 TEST(MoonPhase, TheTableDecidesWhateverTheLitFraction) {
     // A thin crescent on 2025-10-23, named as the table says.
     const auto table = tableOf(2025, 10, {{23, 12, 0, Code::fullMoon}});
-    const auto phase =
-        moonPhase(utc(2025, 10, 23, 12), zone("UTC"), false, std::nullopt, 0, 0, table);
+    const auto phase = moonPhase(utc(2025, 10, 23, 12), zone("UTC"), Tilt::none(), {}, table);
     EXPECT_LT(phase.illumination, 0.1);
     EXPECT_EQ(phase.phaseType, PhaseType::fullMoon);
     EXPECT_EQ(phase.phaseName, "Full Moon");
@@ -64,18 +63,19 @@ TEST(MoonPhase, OnlyTheDayNumberIsCompared) {
 
 TEST(MoonPhase, TiltOnlyWhenAskedFor) {
     const Date date = utc(2025, 10, 12, 21);
-    const auto untilted = moonPhase(date, zone("UTC"), false, date, 45, 7, kEmptyTable);
+    const auto untilted = moonPhase(date, zone("UTC"), Tilt::none(), {45, 7}, kEmptyTable);
     EXPECT_EQ(untilted.tiltAngle, 0.0);
-    const auto tilted = moonPhase(date, zone("UTC"), true, date, 45, 7, kEmptyTable);
-    EXPECT_EQ(tilted.tiltAngle, moonTilt(date, 45, 7));
+    const auto tilted = moonPhase(date, zone("UTC"), Tilt::at(date), {45, 7}, kEmptyTable);
+    EXPECT_EQ(tilted.tiltAngle, moonTilt(date, {45, 7}));
     EXPECT_EQ(tilted.illumination, untilted.illumination);
 }
 
 TEST(MoonPhase, AnInstantWithoutACalendarFormTiltsAtTheDateItself) {
     // Beyond the calendar the tilt is taken at the date, whatever tilt date was asked for.
     const Date farOff = Date::fromTimeIntervalSince1970(1e13);
-    const auto phase = moonPhase(farOff, zone("UTC"), true, std::nullopt, 30, 30, kEmptyTable);
-    EXPECT_EQ(phase.tiltAngle, moonTilt(farOff, 30, 30));
+    const auto phase =
+        moonPhase(farOff, zone("UTC"), Tilt::atTransitNearest(farOff), {30, 30}, kEmptyTable);
+    EXPECT_EQ(phase.tiltAngle, moonTilt(farOff, {30, 30}));
     EXPECT_EQ(phase.phaseName, rawValue(phase.phaseType));
 }
 

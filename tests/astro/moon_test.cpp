@@ -5,7 +5,6 @@
 #include "astro/coordinates.hpp"
 #include "astro/moon_illumination.hpp"
 #include "astro/moon_position.hpp"
-#include "platform/device.hpp"
 #include "test_dates.hpp"
 
 namespace lunoval::Solar {
@@ -14,13 +13,13 @@ namespace {
 using lunoval::testing::utc;
 
 TEST(MoonPosition, StandsDueSouthAtUpperTransitNorthOfTheTropics) {
-    const Date transit = moonTransit(utc(2025, 10, 7, 0), 51.4769, -0.0005);
-    const auto position = moonPosition(transit, 51.4769, -0.0005);
+    const Date transit = moonTransit(utc(2025, 10, 7, 0), {51.4769, -0.0005});
+    const auto position = moonPosition(transit, {51.4769, -0.0005});
     EXPECT_NEAR(position.azimuth, 180, 1.0);
     EXPECT_GT(position.altitude, 0);
     // South of the moon's path the transit is due north.
-    const Date southern = moonTransit(utc(2025, 10, 7, 0), -60, 10);
-    const double azimuth = moonPosition(southern, -60, 10).azimuth;
+    const Date southern = moonTransit(utc(2025, 10, 7, 0), {-60, 10});
+    const double azimuth = moonPosition(southern, {-60, 10}).azimuth;
     EXPECT_LT(std::min(azimuth, 360 - azimuth), 1.0);
 }
 
@@ -28,7 +27,7 @@ TEST(MoonTransit, IsTheNearestUpperTransit) {
     const double latitude = 40;
     const double longitude = -74;
     const Date from = utc(2025, 10, 7, 0);
-    const Date transit = moonTransit(from, latitude, longitude);
+    const Date transit = moonTransit(from, {latitude, longitude});
     // Upper transits come about 24 h 50 min apart, so the nearest is within about half that.
     EXPECT_LT(std::fabs(transit.timeIntervalSince1970() - from.timeIntervalSince1970()),
               12.5 * 3600);
@@ -63,12 +62,13 @@ INSTANTIATE_TEST_SUITE_P(Almanac, MoonIlluminationAtPublishedPhases,
                                            PublishedPhase{utc(2025, 10, 29, 16, 21), 0.5, true},
                                            PublishedPhase{utc(2025, 10, 13, 18, 13), 0.5, false}));
 
-TEST(MoonTilt, WithoutADateIsTheTiltAtTheTransitNearestNow) {
-    device::fixNow(utc(2025, 10, 7, 0));
-    const double expected = moonTilt(moonTransit(utc(2025, 10, 7, 0), 48.85, 2.35), 48.85, 2.35);
-    EXPECT_EQ(tiltAngleFor(std::nullopt, 48.85, 2.35), expected);
-    EXPECT_NE(tiltAngleFor(utc(2025, 10, 7, 0), 48.85, 2.35), expected);
-    device::fixNow(std::nullopt);
+TEST(MoonTilt, AtTheNearestTransitIsTheTiltAtThatTransit) {
+    const Date now = utc(2025, 10, 7, 0);
+    const Observer paris{48.85, 2.35};
+    const double expected = moonTilt(moonTransit(now, paris), paris);
+    EXPECT_EQ(tiltAngle(Tilt::atTransitNearest(now), paris), expected);
+    EXPECT_NE(tiltAngle(Tilt::at(now), paris), expected);
+    EXPECT_EQ(tiltAngle(Tilt::none(), paris), 0.0);
 }
 
 }  // namespace

@@ -32,8 +32,8 @@ TEST(SunTimes, AgreeWithPublishedTimes) {
          utc(2025, 3, 20, 11, 19), utc(2025, 3, 20, 23, 25)},
     };
     for (const auto& c : almanac) {
-        const auto rise = sunrise(c.day, zone(c.zone), c.latitude, c.longitude);
-        const auto set = sunset(c.day, zone(c.zone), c.latitude, c.longitude);
+        const auto rise = sunrise(c.day, zone(c.zone), {c.latitude, c.longitude});
+        const auto set = sunset(c.day, zone(c.zone), {c.latitude, c.longitude});
         ASSERT_TRUE(rise && set) << c.place;
         EXPECT_NEAR(rise->timeIntervalSince1970(), c.sunrise.timeIntervalSince1970(), 90)
             << c.place;
@@ -43,7 +43,7 @@ TEST(SunTimes, AgreeWithPublishedTimes) {
 
 TEST(SunTimes, ARiseFarEastOfTheZoneMeridianIsNotClampedToTheLocalDay) {
     // Kiritimati keeps UTC+14 at 157 degrees west: its sunrise falls on the previous UTC day.
-    const auto rise = sunrise(utc(2025, 3, 15, 0), zone("Pacific/Kiritimati"), 1.87, -157.4);
+    const auto rise = sunrise(utc(2025, 3, 15, 0), zone("Pacific/Kiritimati"), {1.87, -157.4});
     ASSERT_TRUE(rise);
     EXPECT_NEAR(rise->timeIntervalSince1970(), utc(2025, 3, 14, 16, 33).timeIntervalSince1970(),
                 300);

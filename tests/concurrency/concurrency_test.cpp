@@ -73,7 +73,7 @@ std::vector<std::string> fillAll(const AstronomySources& sources, int rotation) 
         const auto date = Date::fromTimeIntervalSince1970(kInstants[n / kPlaces.size()]);
         MoonWidgetData record{
             .latitude = place.latitude, .longitude = place.longitude, .timezone = place.zone};
-        fill(record, date, true, date, sources);
+        fill(record, date, SunTimes::include, Solar::Tilt::at(date), sources);
         records.push_back(withoutVisibility(record));
     }
     std::sort(records.begin(), records.end());
@@ -87,8 +87,8 @@ AstronomySources freshSources(MoonPhaseDataManager& phases, EclipseParser& eclip
         .nextPhase = [&phases](Date date,
                                const TimeZone& zone) { return phases.nextPhase(date, zone); },
         .eclipseInfo =
-            [&eclipses](Date date, const TimeZone& zone, double latitude, double longitude) {
-                return eclipses.eclipseInfo(date, zone, latitude, longitude);
+            [&eclipses](Date date, const TimeZone& zone, Solar::Observer place) {
+                return eclipses.eclipseInfo(date, zone, place, TimeZone::utc());
             },
     };
 }
@@ -100,7 +100,7 @@ TEST(Concurrency, FillsOnManyThreadsAnswerAsOneThreadDoes) {
     std::vector<std::vector<std::string>> answers(kThreads);
     onThreads([&](int index) { answers[index] = fillAll(sources, index); });
 
-    const auto expected = fillAll(AstronomySources::shared(), 0);
+    const auto expected = fillAll(AstronomySources::shared(TimeZone::utc()), 0);
     for (const auto& answer : answers) EXPECT_EQ(answer, expected);
 }
 
@@ -126,9 +126,9 @@ std::vector<std::optional<EclipseEvent>> eclipsesSeenFrom(EclipseParser& parser,
                                                           const Place& place) {
     std::vector<std::optional<EclipseEvent>> found;
     for (const double instant : kInstants) {
-        const auto event =
-            parser.eclipseInfo(Date::fromTimeIntervalSince1970(instant),
-                               *TimeZone::named(place.zone), place.latitude, place.longitude);
+        const auto event = parser.eclipseInfo(
+            Date::fromTimeIntervalSince1970(instant), *TimeZone::named(place.zone),
+            Solar::Observer{place.latitude, place.longitude}, TimeZone::utc());
         found.push_back(event ? std::optional(*event) : std::nullopt);
     }
     return found;
@@ -164,11 +164,17 @@ TEST(Concurrency, TimelineRequestsFromManyThreadsEachAnswerOnce) {
 
     onThreads([&](int index) {
         const auto& service = kServices[static_cast<std::size_t>(index)];
+        const auto utc = TimeZone::utc();
         const MoonWidgetTimelineProvider provider(
             queue,
-            [&queue, service] {
-                return makePlatformLocationManager(*LocationService::parse(service), queue);
-            },
+            {.clock = systemClock(),
+             .deviceZone = utc,
+             .locale = "en_US",
+             .makeLocationManager =
+                 [&queue, service] {
+                     return makePlatformLocationManager(*LocationService::parse(service), queue);
+                 },
+             .sources = AstronomySources::shared(utc)},
             defaults);
         provider.timeline({}, {}, [&, service](widgetkit::Timeline<MoonWidgetEntry> timeline) {
             const std::scoped_lock lock(resultsMutex);

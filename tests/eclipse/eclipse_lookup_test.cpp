@@ -23,6 +23,13 @@ struct Place {
     double longitude;
 };
 
+Solar::Observer observer(const Place& place) {
+    return {place.latitude, place.longitude};
+}
+
+// The catalogue's years are counted in UTC here.
+const TimeZone kUtc = TimeZone::utc();
+
 const Place kDallas{"Dallas", "America/Chicago", 32.78, -96.80};
 const Place kTokyo{"Tokyo", "Asia/Tokyo", 35.68, 139.77};
 const Place kNewYork{"New York", "America/New_York", 40.71, -74.01};
@@ -47,14 +54,14 @@ TEST_F(Catalogue, FindsTheEclipseOfTheLocalDayAndWhetherItIsSeen) {
     write(kEclipses);
     auto catalogue = parser();
     for (const auto& [place, entry, key, visible] : cases) {
-        const auto event =
-            catalogue.eclipseInfo(entry, zone(place.zone), place.latitude, place.longitude);
+        const auto event = catalogue.eclipseInfo(
+            entry, zone(place.zone), Solar::Observer{place.latitude, place.longitude}, kUtc);
         ASSERT_EQ(event != nullptr, key.has_value()) << place.name;
         if (!event) continue;
         EXPECT_EQ(event->key, *key) << place.name;
         EXPECT_EQ(event->isVisible, visible) << place.name;
         // Without both coordinates there is nothing to hide it.
-        EXPECT_TRUE(catalogue.eclipseInfo(entry, zone(place.zone), place.latitude, {})->isVisible);
+        EXPECT_TRUE(catalogue.eclipseInfo(entry, zone(place.zone), std::nullopt, kUtc)->isVisible);
     }
 }
 
@@ -69,7 +76,7 @@ TEST_F(Catalogue, TakesTheEarliestEclipseOfTheEntrysOwnLocalDay) {
         {utc(2025, 3, 16, 20), "PLE"},
     };
     for (const auto& [entry, key] : cases) {
-        const auto event = catalogue.eclipseInfo(entry, newYork, {}, {});
+        const auto event = catalogue.eclipseInfo(entry, newYork, std::nullopt, kUtc);
         EXPECT_EQ(event ? std::optional(event->key) : std::nullopt, key);
     }
 }
@@ -87,7 +94,7 @@ TEST_F(Catalogue, FindsWhatAScanOfTheWholeTableFindsAcrossSkippedDays) {
     }
     write(lines);
     auto catalogue = parser();
-    const auto table = catalogue.parse();
+    const auto table = catalogue.parse(kUtc);
     for (const char* name : {"Pacific/Apia", "Pacific/Kiritimati", "America/St_Johns", "UTC"}) {
         const Calendar calendar(zone(name));
         for (int hour = 0; hour < 14 * 24; hour += 5) {
@@ -95,7 +102,7 @@ TEST_F(Catalogue, FindsWhatAScanOfTheWholeTableFindsAcrossSkippedDays) {
             const auto scanned = std::find_if(table->begin(), table->end(), [&](const auto& e) {
                 return calendar.isDateInSameDay(e.first, entry);
             });
-            const auto found = catalogue.eclipseInfo(entry, zone(name), {}, {});
+            const auto found = catalogue.eclipseInfo(entry, zone(name), std::nullopt, kUtc);
             EXPECT_EQ(found, scanned == table->end() ? nullptr : scanned->second) << name << hour;
         }
     }
@@ -104,13 +111,13 @@ TEST_F(Catalogue, FindsWhatAScanOfTheWholeTableFindsAcrossSkippedDays) {
 TEST_F(Catalogue, AnswersWithTheTablesOwnEventForTheLatestPlace) {
     write(kEclipses);
     auto catalogue = parser();
-    const auto dallas = catalogue.eclipseInfo(utc(2024, 4, 8, 17), zone(kDallas.zone),
-                                              kDallas.latitude, kDallas.longitude);
+    const auto dallas =
+        catalogue.eclipseInfo(utc(2024, 4, 8, 17), zone(kDallas.zone), observer(kDallas), kUtc);
     ASSERT_TRUE(dallas && dallas->isVisible);
-    const auto tokyo = catalogue.eclipseInfo(utc(2024, 4, 9, 3), zone(kTokyo.zone), kTokyo.latitude,
-                                             kTokyo.longitude);
+    const auto tokyo =
+        catalogue.eclipseInfo(utc(2024, 4, 9, 3), zone(kTokyo.zone), observer(kTokyo), kUtc);
     EXPECT_EQ(tokyo, dallas);
-    EXPECT_EQ(tokyo, catalogue.parse()->at(utc(2024, 4, 8, 18, 17)));
+    EXPECT_EQ(tokyo, catalogue.parse(kUtc)->at(utc(2024, 4, 8, 18, 17)));
     EXPECT_FALSE(dallas->isVisible);
 }
 
@@ -119,7 +126,7 @@ EclipseEvent eclipse(const char* key, Date instant) {
 }
 
 bool seenFrom(const Place& place, const EclipseEvent& event) {
-    return isVisibleFrom(event, zone(place.zone), place.latitude, place.longitude);
+    return isVisibleFrom(event, zone(place.zone), observer(place));
 }
 
 struct MoonDay {
@@ -131,14 +138,14 @@ struct MoonDay {
 MoonDay moonDay(const Place& place, int year, int month, int day) {
     const auto local = zone(place.zone);
     const auto start = *Calendar(local).date(year, month, day);
-    return {start, *Solar::moonRiseSet(start, local, true, place.latitude, place.longitude),
-            *Solar::moonRiseSet(start, local, false, place.latitude, place.longitude)};
+    return {start, *Solar::moonRiseSet(start, local, Solar::Crossing::rise, observer(place)),
+            *Solar::moonRiseSet(start, local, Solar::Crossing::set, observer(place))};
 }
 
 TEST(EclipseVisibility, CountsFromRiseToSetWithBothEnds) {
     const auto chicago = zone(kDallas.zone);
-    const auto sunrise = *Solar::sunrise(utc(2024, 4, 8, 18), chicago, 32.78, -96.80);
-    const auto sunset = *Solar::sunset(utc(2024, 4, 8, 18), chicago, 32.78, -96.80);
+    const auto sunrise = *Solar::sunrise(utc(2024, 4, 8, 18), chicago, observer(kDallas));
+    const auto sunset = *Solar::sunset(utc(2024, 4, 8, 18), chicago, observer(kDallas));
     // In New York the moon rises after midnight and sets near noon a day after last quarter; at
     // full moon it sets at dawn and rises again at dusk.
     const auto late = moonDay(kNewYork, 2025, 3, 23);
@@ -172,8 +179,7 @@ TEST(EclipseVisibility, NeedsARiseAndASetThatDay) {
     EXPECT_FALSE(seenFrom(kLongyearbyen, eclipse("TSE", utc(2025, 6, 21, 12))));
     EXPECT_FALSE(seenFrom(kLongyearbyen, eclipse("TSE", utc(2025, 12, 21, 12))));
     const auto fullMoon = utc(2025, 12, 4, 12);
-    ASSERT_GT(
-        Solar::moonPosition(fullMoon, kLongyearbyen.latitude, kLongyearbyen.longitude).altitude, 0);
+    ASSERT_GT(Solar::moonPosition(fullMoon, observer(kLongyearbyen)).altitude, 0);
     EXPECT_FALSE(seenFrom(kLongyearbyen, eclipse("TLE", fullMoon)));
 }
 

@@ -4,7 +4,6 @@
 #include "eclipse/catalogue_text.hpp"
 #include "eclipse/eclipse_parser.hpp"
 #include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
 #include "platform/files.hpp"
 
 namespace lunoval {
@@ -85,7 +84,8 @@ TEST_F(Catalogue, WarnsOfEveryLineItSkips) {
         write(test.text);
         auto catalogue = parser();
         std::shared_ptr<const EclipseTable> table;
-        EXPECT_EQ(loggedBy([&] { table = catalogue.parse(); }), test.log) << test.name;
+        EXPECT_EQ(loggedBy([&] { table = catalogue.parse(TimeZone::utc()); }), test.log)
+            << test.name;
         ASSERT_TRUE(table) << test.name;
         EXPECT_EQ(keys(*table), test.keys) << test.name;
     }
@@ -127,7 +127,7 @@ TEST_F(Catalogue, KnowsTheSevenKeys) {
         "05/01/2030 12:00,TLE\n05/02/2030 12:00,PLE\n05/03/2030 12:00,NLE\n"
         "05/04/2030 12:00,TSE\n05/05/2030 12:00,PSE\n05/06/2030 12:00,ASE\n"
         "05/07/2030 12:00,HSE\n");
-    const auto table = parser().parse();
+    const auto table = parser().parse(TimeZone::utc());
     ASSERT_EQ(table->size(), vocabulary.size());
     EXPECT_EQ(table->begin()->first, utc(2030, 5, 1, 12));
     auto event = table->begin();
@@ -162,10 +162,10 @@ TEST(CatalogueYears, AreCountedInTheGivenZone) {
 
 TEST_F(Catalogue, CountsYearsInTheDeviceZone) {
     write("01/01/1900 02:00,TLE\n" + kGood);
-    device::setTimeZone(zone("America/Los_Angeles"));
-    const auto log =
-        loggedBy([&] { EXPECT_EQ(keys(*parser().parse()), std::vector<std::string>{"TSE"}); });
-    device::setTimeZone(std::nullopt);
+    const auto log = loggedBy([&] {
+        EXPECT_EQ(keys(*parser().parse(zone("America/Los_Angeles"))),
+                  std::vector<std::string>{"TSE"});
+    });
     EXPECT_EQ(log, "Warning: Date 01/01/1900 02:00 is outside valid range (1900-2100)\n");
 }
 
@@ -196,15 +196,17 @@ TEST_F(Catalogue, FailsOnlyWithoutAUsableLine) {
         auto catalogue = parser();
         loggedBy([&] {
             try {
-                catalogue.parse();
+                catalogue.parse(TimeZone::utc());
                 ADD_FAILURE() << test.name << ": nothing thrown";
             } catch (const EclipseParser::ParsingError& error) {
                 EXPECT_EQ(error.reason(), test.reason) << test.name;
             }
         });
-        EXPECT_EQ(loggedBy([&] { EXPECT_FALSE(catalogue.loadEvents()); }), test.log) << test.name;
+        EXPECT_EQ(loggedBy([&] { EXPECT_FALSE(catalogue.loadEvents(TimeZone::utc())); }), test.log)
+            << test.name;
         const auto lookup = [&] {
-            EXPECT_FALSE(catalogue.eclipseInfo(utc(2024, 4, 8), TimeZone::utc(), 0, 0));
+            EXPECT_FALSE(catalogue.eclipseInfo(utc(2024, 4, 8), TimeZone::utc(), Solar::Observer{},
+                                               TimeZone::utc()));
         };
         EXPECT_EQ(loggedBy(lookup), test.log) << test.name;
     }
@@ -212,20 +214,20 @@ TEST_F(Catalogue, FailsOnlyWithoutAUsableLine) {
 
 TEST_F(Catalogue, ReadsAgainAfterAFailureButOnceAfterASuccess) {
     auto catalogue = parser();
-    loggedBy([&] { EXPECT_FALSE(catalogue.loadEvents()); });
+    loggedBy([&] { EXPECT_FALSE(catalogue.loadEvents(TimeZone::utc())); });
     write(kGood);
-    const auto table = catalogue.parse();
+    const auto table = catalogue.parse(TimeZone::utc());
     std::filesystem::remove_all(root_);
-    EXPECT_EQ(catalogue.parse(), table);
-    EXPECT_EQ(catalogue.loadEvents(), table);
+    EXPECT_EQ(catalogue.parse(TimeZone::utc()), table);
+    EXPECT_EQ(catalogue.loadEvents(TimeZone::utc()), table);
 }
 
 TEST_F(Catalogue, SearchesTheFrameworkFirstThenTheHostApp) {
     write("03/14/2025 06:59,TLE", kHostAppBundleIdentifier);
     std::filesystem::create_directories(root_ / kFrameworkBundleIdentifier);
-    EXPECT_EQ(keys(*parser().parse()), std::vector<std::string>{"TLE"});
+    EXPECT_EQ(keys(*parser().parse(TimeZone::utc())), std::vector<std::string>{"TLE"});
     write(kGood);
-    EXPECT_EQ(keys(*parser().parse()), std::vector<std::string>{"TSE"});
+    EXPECT_EQ(keys(*parser().parse(TimeZone::utc())), std::vector<std::string>{"TSE"});
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include <fstream>
 #include "temp_folder.hpp"
 
-#include "platform/device.hpp"
 #include "platform/files.hpp"
 #include "platform/widget_center.hpp"
 
@@ -60,14 +59,8 @@ struct Recorder : LocationObserver {
 
 class SavedPlaces : public ::testing::Test {
   protected:
-    SavedPlaces() {
-        device::setTimeZone(TimeZone::named("Europe/Paris"));
-        ::setenv("XDG_RUNTIME_DIR", temp_.path().c_str(), 1);
-    }
-    ~SavedPlaces() override {
-        device::setTimeZone(std::nullopt);
-        ::unsetenv("XDG_RUNTIME_DIR");
-    }
+    SavedPlaces() { ::setenv("XDG_RUNTIME_DIR", temp_.path().c_str(), 1); }
+    ~SavedPlaces() override { ::unsetenv("XDG_RUNTIME_DIR"); }
 
     // A manager over this test's files, observed by `recorder`.
     LocationManager& manager(AuthorizationStatus status = AuthorizationStatus::authorizedAlways) {
@@ -81,6 +74,8 @@ class SavedPlaces : public ::testing::Test {
                     services_ = made.get();
                     return made;
                 },
+            .clock = queue_.clock(),
+            .deviceZone = *TimeZone::named("Europe/Paris"),
         });
         manager_->SubscribeToNotification(&recorder_);
         return *manager_;
@@ -322,7 +317,7 @@ TEST_F(SavedPlaces, MoreTriesStopAtAnAccurateOrAStaleFix) {
     for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.accuracy) + " after " + std::to_string(c.secondsLater));
         auto& list = manager();
-        list.SetOptions(100, 3, 1.0, 0.0);
+        list.SetOptions(100, 3, 1.0);
         list.UpdateUserCurrentLocation();
         queue_.advance(c.secondsLater);
         services_->deliver(c.accuracy);

@@ -6,7 +6,6 @@
 
 #include "locations/widget_location_cache.hpp"
 #include "locations/widget_location_manager.hpp"
-#include "platform/device.hpp"
 #include "platform/number_text.hpp"
 
 namespace lunoval {
@@ -24,15 +23,16 @@ TEST(DoubleDescription, PrintsTheShortestRoundTrip) {
     for (const auto& [value, text] : cases) EXPECT_EQ(doubleDescription(value), text);
 }
 
+using FreshFix = WidgetLocationManager::FreshFix;
+
 class WidgetLocation : public ::testing::Test {
   protected:
     [[nodiscard]] UserDefaults defaults() const { return UserDefaults(folder_ / "group.plist"); }
 
     void cacheAt(const Location& location, double secondsAgo) const {
         queue.advance(0);
-        device::fixNow(kStart.addingTimeInterval(-secondsAgo));
-        widgetcache::saveLocationToCache(defaults(), location);
-        device::fixNow(kStart);
+        widgetcache::saveLocationToCache(defaults(), location,
+                                         queue.now().addingTimeInterval(-secondsAgo));
     }
 
     struct Answer {
@@ -43,11 +43,12 @@ class WidgetLocation : public ::testing::Test {
     };
 
     // Runs one request through a stand-in service and the queue; returns the log it wrote.
-    std::string request(const char* service, bool allowFresh, Answer& answer) {
+    std::string request(const char* service, FreshFix freshFix, Answer& answer) {
         ::testing::internal::CaptureStdout();
         WidgetLocationManager manager(
-            makePlatformLocationManager(*LocationService::parse(service), queue), defaults());
-        manager.requestLocation(allowFresh, [&](auto location, bool success, bool authorized) {
+            makePlatformLocationManager(*LocationService::parse(service), queue), defaults(),
+            queue.clock());
+        manager.requestLocation(freshFix, [&](auto location, bool success, bool authorized) {
             answer = {location, success, authorized, answer.calls + 1};
         });
         queue.advance(10);
@@ -62,7 +63,7 @@ class WidgetLocation : public ::testing::Test {
 TEST_F(WidgetLocation, ACacheIsYoungUpToADay) {
     cacheAt(kParis, 86400 - 60);
     ::testing::internal::CaptureStdout();
-    const auto young = widgetcache::cachedLocation(defaults(), std::nullopt);
+    const auto young = widgetcache::cachedLocation(defaults(), std::nullopt, kStart);
     EXPECT_EQ(::testing::internal::GetCapturedStdout(),
               "✅ Widget: Using cached location from 1439.0 minutes ago\n");
     ASSERT_TRUE(young);
@@ -70,7 +71,7 @@ TEST_F(WidgetLocation, ACacheIsYoungUpToADay) {
 
     cacheAt(kParis, 86400);
     ::testing::internal::CaptureStdout();
-    EXPECT_FALSE(widgetcache::cachedLocation(defaults(), std::nullopt));
+    EXPECT_FALSE(widgetcache::cachedLocation(defaults(), std::nullopt, kStart));
     EXPECT_EQ(::testing::internal::GetCapturedStdout(),
               "⚠️ Widget: Cached location is too old (24.0 hours)\n");
 }
@@ -98,10 +99,11 @@ TEST_F(WidgetLocation, WhatADamagedFileHolds) {
         cacheAt(kParis, 60);
         defaults().setObjects({{key, stored}});
         ::testing::internal::CaptureStdout();
-        EXPECT_EQ(widgetcache::cachedLocation(defaults(), std::nullopt).has_value(), cached)
+        EXPECT_EQ(widgetcache::cachedLocation(defaults(), std::nullopt, kStart).has_value(), cached)
             << key << " " << stored;
         ::testing::internal::GetCapturedStdout();
-        EXPECT_EQ(widgetcache::shouldRequestLocation(defaults()), requests) << key << " " << stored;
+        EXPECT_EQ(widgetcache::shouldRequestLocation(defaults(), kStart), requests)
+            << key << " " << stored;
     }
 }
 
@@ -109,9 +111,9 @@ TEST_F(WidgetLocation, OnlyAMoveOfMoreThanFiftyKilometresReplacesTheCache) {
     cacheAt(kParis, 600);
     const Location near{kParis.latitude + 0.44, kParis.longitude};  // about 49 km north
     const Location far{kParis.latitude + 0.47, kParis.longitude};   // about 52 km north
-    EXPECT_EQ(widgetcache::cachedLocation(defaults(), near)->latitude, kParis.latitude);
+    EXPECT_EQ(widgetcache::cachedLocation(defaults(), near, kStart)->latitude, kParis.latitude);
     ::testing::internal::CaptureStdout();
-    EXPECT_EQ(widgetcache::cachedLocation(defaults(), far)->latitude, far.latitude);
+    EXPECT_EQ(widgetcache::cachedLocation(defaults(), far, kStart)->latitude, far.latitude);
     const auto log = ::testing::internal::GetCapturedStdout();
     EXPECT_TRUE(log.starts_with("⚠️ Widget: User moved 52.")) << log;
     EXPECT_TRUE(log.ends_with("km, updating cache with new location\n")) << log;
@@ -120,7 +122,7 @@ TEST_F(WidgetLocation, OnlyAMoveOfMoreThanFiftyKilometresReplacesTheCache) {
 
 TEST_F(WidgetLocation, NotAuthorizedAnswersAtOnceWithoutALocation) {
     Answer answer;
-    EXPECT_EQ(request("denied", true, answer),
+    EXPECT_EQ(request("denied", FreshFix::allowed, answer),
               "✅ Widget: Authorization - App: 2, Widget: false\n"
               "⚠️ Widget: Not authorized for widget updates\n");
     EXPECT_EQ(answer.calls, 1);
@@ -129,7 +131,7 @@ TEST_F(WidgetLocation, NotAuthorizedAnswersAtOnceWithoutALocation) {
 
 TEST_F(WidgetLocation, TheSystemFixIsUsedAndCached) {
     Answer answer;
-    EXPECT_EQ(request("fixed:12.5,3", false, answer),
+    EXPECT_EQ(request("fixed:12.5,3", FreshFix::notAllowed, answer),
               "✅ Widget: Authorization - App: 3, Widget: true\n"
               "✅ Widget: Using system cached location: 12.5, 3.0\n");
     EXPECT_TRUE(answer.success && answer.authorized);
@@ -139,13 +141,13 @@ TEST_F(WidgetLocation, TheSystemFixIsUsedAndCached) {
 
 TEST_F(WidgetLocation, AtMostOneFreshRequestAnHour) {
     Answer first;
-    EXPECT_EQ(request("silent", true, first),
+    EXPECT_EQ(request("silent", FreshFix::allowed, first),
               "✅ Widget: Authorization - App: 3, Widget: true\n"
               "📍 Widget: No cached location, requesting fresh location...\n");
     EXPECT_EQ(first.calls, 0);  // the silent service never answers
     queue.advance(3000);        // with the 10 s each request runs, still within the hour
     Answer second;
-    EXPECT_EQ(request("silent", true, second),
+    EXPECT_EQ(request("silent", FreshFix::allowed, second),
               "✅ Widget: Authorization - App: 3, Widget: true\n"
               "⏸️ Widget: Location request throttled, using nil\n");
     EXPECT_EQ(second.calls, 1);
@@ -155,12 +157,12 @@ TEST_F(WidgetLocation, AtMostOneFreshRequestAnHour) {
 TEST_F(WidgetLocation, ACachedPointAnswersFirstAndAFreshFixRefreshesTheCache) {
     cacheAt(kParis, 1800);
     Answer answer;
-    request("fixed:0,0", true, answer);  // system fix present: used directly
+    request("fixed:0,0", FreshFix::allowed, answer);  // system fix present: used directly
     EXPECT_EQ(answer.location->latitude, 0);
     defaults().removeObject("WidgetLastLocationRequestTimestamp");
     cacheAt(kParis, 1800);
     Answer unavailable;
-    EXPECT_EQ(request("unavailable", true, unavailable),
+    EXPECT_EQ(request("unavailable", FreshFix::allowed, unavailable),
               "✅ Widget: Authorization - App: 3, Widget: true\n"
               "✅ Widget: Using cached location from 30.0 minutes ago\n"
               "✅ Widget: Using widget cached location: 48.8566, 2.3522\n"
@@ -171,7 +173,7 @@ TEST_F(WidgetLocation, ACachedPointAnswersFirstAndAFreshFixRefreshesTheCache) {
     EXPECT_EQ(unavailable.calls, 2);
     Answer throttled;
     EXPECT_NE(
-        request("unavailable", true, throttled)
+        request("unavailable", FreshFix::allowed, throttled)
             .find(
                 "⏸️ Widget: Skipping location request (throttled, last request 0 minutes ago)"),
         std::string::npos);
@@ -180,8 +182,9 @@ TEST_F(WidgetLocation, ACachedPointAnswersFirstAndAFreshFixRefreshesTheCache) {
 TEST_F(WidgetLocation, TheLastOfSeveralFixesIsTakenAndAFailureWhileDeniedGivesNothing) {
     Answer answer;
     WidgetLocationManager manager(
-        makePlatformLocationManager(*LocationService::parse("denied"), queue), defaults());
-    manager.requestLocation(true, [&](auto location, bool success, bool authorized) {
+        makePlatformLocationManager(*LocationService::parse("denied"), queue), defaults(),
+        queue.clock());
+    manager.requestLocation(FreshFix::allowed, [&](auto location, bool success, bool authorized) {
         answer = {location, success, authorized, answer.calls + 1};
     });
     manager.didUpdateLocations({{1, 1}, {2, 2}});

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "platform/date_formatter.hpp"
-#include "platform/device.hpp"
 #include "platform/location_services.hpp"
 #include "platform/main_queue.hpp"
 #include "platform/number_text.hpp"
@@ -23,7 +22,7 @@ TEST(ManualQueue, RunsDelayedBlocksOnlyWhenTheClockReachesThem) {
     std::vector<std::string> ran;
     queue.asyncAfter(8.0, [&] {
         ran.push_back("time-out at " +
-                      std::to_string(device::now().timeIntervalSince1970() - 1760000000));
+                      std::to_string(queue.now().timeIntervalSince1970() - 1760000000));
     });
     queue.async([&] {
         ran.emplace_back("first");
@@ -37,7 +36,7 @@ TEST(ManualQueue, RunsDelayedBlocksOnlyWhenTheClockReachesThem) {
     queue.advance(0.001);
     ASSERT_EQ(ran.size(), 4U);
     EXPECT_EQ(ran.back(), "time-out at 8.000000");
-    EXPECT_EQ(device::now(), kStart.addingTimeInterval(8));
+    EXPECT_EQ(queue.clock()(), kStart.addingTimeInterval(8));
 }
 
 TEST(EventLoopQueue, RunsUntilDoneOrOutOfWork) {

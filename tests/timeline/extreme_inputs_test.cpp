@@ -12,6 +12,8 @@
 namespace lunoval {
 namespace {
 
+const AstronomySources kSources = AstronomySources::shared(TimeZone::utc());
+
 Date at(double secondsSince1970) {
     return Date::fromTimeIntervalSince1970(secondsSince1970);
 }
@@ -52,7 +54,7 @@ TEST(ExtremeInputs, EveryLatitudeAndTheEndsOfTimeGiveValuesOrNothing) {
                              std::to_string(latitude) + ", " + std::to_string(longitude));
                 MoonWidgetData record{
                     .latitude = latitude, .longitude = longitude, .timezone = "UTC"};
-                fill(record, instant, true, instant);
+                fill(record, instant, SunTimes::include, Solar::Tilt::at(instant), kSources);
                 expectSane(record, instant);
             }
         }
@@ -82,7 +84,7 @@ TEST(ExtremeInputs, DaysThatLoseOrRepeatAnHourGiveValuesOrNothing) {
             SCOPED_TRACE(std::string(zone) + " " + std::to_string(date.timeIntervalSince1970()));
             for (const double latitude : {-89.5, -45.0, 0.0, 45.0, 66.56, 89.5}) {
                 MoonWidgetData record{.latitude = latitude, .longitude = 10.0, .timezone = zone};
-                fill(record, date, true, date);
+                fill(record, date, SunTimes::include, Solar::Tilt::at(date), kSources);
                 expectSane(record, date);
                 EXPECT_TRUE(record.currentMoonPhase.has_value());
             }
@@ -101,7 +103,8 @@ TEST(ExtremeInputs, ASavedPlaceOffTheGlobeIsNoSavedPlace) {
             "widgetData",
             nlohmann::json{{"latitude", latitude}, {"longitude", longitude}, {"timezone", "UTC"}}
                 .dump());
-        EXPECT_EQ(loadFromAppGroup(defaults).has_value(), kept) << latitude << ", " << longitude;
+        EXPECT_EQ(loadFromAppGroup(defaults, Date{}).has_value(), kept)
+            << latitude << ", " << longitude;
     }
 }
 

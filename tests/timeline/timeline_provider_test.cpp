@@ -5,8 +5,6 @@
 #include <filesystem>
 #include "temp_folder.hpp"
 
-#include "platform/device.hpp"
-
 namespace lunoval {
 namespace {
 
@@ -46,17 +44,23 @@ class LateLocationManager : public PlatformLocationManager {
 
 class TimelineProvider : public ::testing::Test {
   protected:
-    void SetUp() override { device::setTimeZone(TimeZone::named("Europe/Paris")); }
-    void TearDown() override { device::setTimeZone(std::nullopt); }
-
     [[nodiscard]] UserDefaults defaults() const { return UserDefaults(folder_ / "group.plist"); }
 
+    // A device in Paris's zone whose location managers come from `makeManager`.
+    RequestContext context(std::function<std::unique_ptr<PlatformLocationManager>()> makeManager) {
+        const auto paris = *TimeZone::named("Europe/Paris");
+        return {.clock = queue_.clock(),
+                .deviceZone = paris,
+                .locale = "en_US",
+                .makeLocationManager = std::move(makeManager),
+                .sources = AstronomySources::shared(paris)};
+    }
+
     MoonWidgetTimelineProvider provider(const char* service) {
-        return {queue_,
-                [this, service] {
+        return {queue_, context([this, service] {
                     ++managersMade_;
                     return makePlatformLocationManager(*LocationService::parse(service), queue_);
-                },
+                }),
                 defaults()};
     }
 
@@ -170,12 +174,11 @@ TEST_F(TimelineProvider, LateAndBackgroundFixesReachTheCacheAndEveryManagerEnds)
         int alive = 0;
         std::optional<double> answeredAt, finished;
         const double start = queue_.now().timeIntervalSince1970();
-        const MoonWidgetTimelineProvider late(
-            queue_,
-            [this, &alive, wait = delay] {
-                return std::make_unique<LateLocationManager>(queue_, wait, alive);
-            },
-            defaults());
+        const MoonWidgetTimelineProvider late(queue_, context([this, &alive, wait = delay] {
+                                                  return std::make_unique<LateLocationManager>(
+                                                      queue_, wait, alive);
+                                              }),
+                                              defaults());
         ::testing::internal::CaptureStdout();
         late.timeline(
             {}, {}, [&](auto) { answeredAt = queue_.now().timeIntervalSince1970() - start; },

@@ -18,12 +18,12 @@ MoonWidgetData place(const char* zone, double latitude = 48.85, double longitude
 AstronomySources answering(std::optional<NextPhase> next) {
     return {.phaseTable = [](int, int) { return std::vector<MoonPhaseEvent>{}; },
             .nextPhase = [next](Date, const TimeZone&) { return next; },
-            .eclipseInfo = [](Date, const TimeZone&, double, double) { return nullptr; }};
+            .eclipseInfo = [](Date, const TimeZone&, Solar::Observer) { return nullptr; }};
 }
 
 TEST(Fill, AnUnknownZoneLeavesAllButTheTime) {
     auto record = place("Europe/Atlantis");
-    fill(record, utc(2025, 10, 7), true, std::nullopt, answering(std::nullopt));
+    fill(record, utc(2025, 10, 7), SunTimes::include, Solar::Tilt::none(), answering(std::nullopt));
     EXPECT_EQ(record.selectedTime, utc(2025, 10, 7));
     EXPECT_FALSE(record.sunrise || record.moonrise || record.moonAltitude ||
                  record.currentMoonPhase || record.nextPhaseTime);
@@ -33,19 +33,19 @@ TEST(Fill, AsksForTheEclipseOfTheInstantAtThePlaceInAKnownZone) {
     const auto total = std::make_shared<const EclipseEvent>(EclipseEvent{.key = "TSE"});
     std::vector<std::tuple<Date, std::string, double, double>> queries;
     auto sources = answering(std::nullopt);
-    sources.eclipseInfo = [&](Date date, const TimeZone& zone, double latitude, double longitude) {
-        queries.emplace_back(date, zone.identifier(), latitude, longitude);
+    sources.eclipseInfo = [&](Date date, const TimeZone& zone, Solar::Observer place) {
+        queries.emplace_back(date, zone.identifier(), place.latitude, place.longitude);
         return total;
     };
     auto tokyo = place("Asia/Tokyo", 35.68, 139.77);
-    fill(tokyo, utc(2024, 4, 9, 3), true, std::nullopt, sources);
+    fill(tokyo, utc(2024, 4, 9, 3), SunTimes::include, Solar::Tilt::none(), sources);
     EXPECT_EQ(tokyo.eclipseInfo, total);
     EXPECT_EQ(
         queries,
         (std::vector{std::tuple{utc(2024, 4, 9, 3), std::string("Asia/Tokyo"), 35.68, 139.77}}));
 
     auto atlantis = place("Europe/Atlantis");
-    fill(atlantis, utc(2024, 4, 9, 3), true, std::nullopt, sources);
+    fill(atlantis, utc(2024, 4, 9, 3), SunTimes::include, Solar::Tilt::none(), sources);
     EXPECT_FALSE(atlantis.eclipseInfo);
     EXPECT_EQ(queries.size(), 1U);
 }
@@ -55,7 +55,7 @@ TEST(Fill, SaysWhenTheNextPhaseComes) {
         {0, "today"}, {1, "tomorrow"}, {2, "in 2 days"}, {13, "in 13 days"}, {-3, "in -3 days"}};
     for (const auto& [days, text] : cases) {
         auto record = place("UTC");
-        fill(record, utc(2025, 10, 2), true, std::nullopt,
+        fill(record, utc(2025, 10, 2), SunTimes::include, Solar::Tilt::none(),
              answering(NextPhase{{7, 3, 48, Code::fullMoon}, days}));
         EXPECT_EQ(record.nextPhaseTime, text);
     }

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "display_list_queries.hpp"
+#include "drawn_entry.hpp"
 #include "fake_text_measurer.hpp"
 #include "views/large_lunoval_view.hpp"
 
@@ -25,7 +26,7 @@ constexpr double kFebruary2025 = 1739188800;
 DisplayList month(double secondsSince1970, ColorScheme scheme = ColorScheme::dark) {
     auto data = MoonWidgetData::placeholder(Date::fromTimeIntervalSince1970(secondsSince1970));
     data.timezone = "Europe/Paris";
-    const MoonWidgetEntry entry{.date = data.selectedTime, .widgetData = data};
+    const auto entry = testing::drawnEntry(data.selectedTime, data);
     return render(LargeLunovalView{entry, scheme}.body(), {364, 382}, kContext);
 }
 

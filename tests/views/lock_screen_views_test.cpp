@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "drawn_entry.hpp"
 #include "fake_text_measurer.hpp"
 #include "views/lockscreen/lock_screen_views.hpp"
 #include "views/widget_text.hpp"
@@ -40,7 +41,7 @@ Strings symbols(const DisplayList& list) {
 }
 
 MoonWidgetEntry entryWith(std::optional<MoonWidgetData> data) {
-    return {.date = kNow, .widgetData = std::move(data)};
+    return testing::drawnEntry(kNow, std::move(data));
 }
 
 MoonWidgetData record() {
@@ -54,7 +55,7 @@ MoonWidgetData litRecord(double illumination) {
 }
 
 std::string time(const std::optional<Date>& date) {
-    return shortTimeText(*date, record().timezone);
+    return shortTimeText(*date, {.locale = "en_US", .zone = *TimeZone::named(record().timezone)});
 }
 
 TEST(LockScreenInlineMoonPhaseView, SaysThePhaseOrWhatIsMissing) {

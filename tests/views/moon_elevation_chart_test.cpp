@@ -12,7 +12,7 @@
 #include "astro/test_dates.hpp"
 #include "display_list_queries.hpp"
 #include "fake_text_measurer.hpp"
-#include "platform/device.hpp"
+#include "timeline/elevation_day.hpp"
 
 namespace lunoval {
 namespace {
@@ -40,14 +40,26 @@ ui::DisplayList draw(const MoonElevationChart& chart) {
     return ui::render(chart.body(), kChart, {kMeasurer, {}});
 }
 
-MoonElevationChart parisChart() {
+// The chart of a record's day as the medium widget gets it; a record whose zone is unknown
+// is drawn in the device's, UTC here.
+MoonElevationChart chartOf(const MoonWidgetData& record, const std::string& locale = "en_US") {
+    const auto zone = TimeZone::named(record.timezone).value_or(TimeZone::utc());
+    return {.day = elevationDay(record, zone), .format = {.locale = locale, .zone = zone}};
+}
+
+MoonWidgetData parisDay() {
     const auto paris = zone("Europe/Paris");
-    return {.moonrise = Solar::moonRiseSet(kParisDay, paris, true, kParisLat, kParisLng),
-            .moonset = Solar::moonRiseSet(kParisDay, paris, false, kParisLat, kParisLng),
-            .currentTime = utc(2025, 6, 10, 9),
+    const Solar::Observer place{kParisLat, kParisLng};
+    return {.latitude = kParisLat,
+            .longitude = kParisLng,
             .timezone = "Europe/Paris",
-            .latitude = kParisLat,
-            .longitude = kParisLng};
+            .selectedTime = utc(2025, 6, 10, 9),
+            .moonrise = Solar::moonRiseSet(kParisDay, paris, Solar::Crossing::rise, place),
+            .moonset = Solar::moonRiseSet(kParisDay, paris, Solar::Crossing::set, place)};
+}
+
+MoonElevationChart parisChart() {
+    return chartOf(parisDay());
 }
 
 DrawSymbol symbolNamed(const ui::DisplayList& list, const std::string& name) {
@@ -82,9 +94,9 @@ const Color kCyan = ui::systemColor(ui::SystemColor::cyan, ui::ColorScheme::dark
 const Color kPurple = ui::systemColor(ui::SystemColor::purple, ui::ColorScheme::dark);
 
 TEST(MoonElevationChart, MarksRiseAndSetOnTheHorizonWithDashedGuidesAbove) {
-    const auto chart = parisChart();
-    ASSERT_TRUE(chart.moonrise && chart.moonset);
-    const auto list = draw(chart);
+    const auto record = parisDay();
+    ASSERT_TRUE(record.moonrise && record.moonset);
+    const auto list = draw(chartOf(record));
     const double horizon = horizonY(list);
     std::vector<StrokePath> guides;
     for (const auto& stroke : all<StrokePath>(list)) {
@@ -93,8 +105,8 @@ TEST(MoonElevationChart, MarksRiseAndSetOnTheHorizonWithDashedGuidesAbove) {
     ASSERT_EQ(guides.size(), 2u);
 
     const std::vector<std::tuple<std::string, Date, Color>> cases{
-        {"moonrise.fill", *chart.moonrise, kCyan},
-        {"moonset.fill", *chart.moonset, kPurple},
+        {"moonrise.fill", *record.moonrise, kCyan},
+        {"moonset.fill", *record.moonset, kPurple},
     };
     for (std::size_t i = 0; i < cases.size(); ++i) {
         const auto& [name, instant, color] = cases[i];
@@ -136,14 +148,14 @@ TEST(MoonElevationChart, MarkersNeitherOverlapNorLeaveThePlot) {
         const auto place = zone(zoneName);
         for (int day = 0; day < 365; ++day) {
             const Date noon = utc(2025, 1, 1, 12).addingTimeInterval(day * 86'400.0);
-            const auto rise = Solar::moonRiseSet(noon, place, true, lat, lng);
-            const auto set = Solar::moonRiseSet(noon, place, false, lat, lng);
-            const MoonElevationChart chart{.moonrise = rise,
-                                           .moonset = set,
-                                           .currentTime = rise.value_or(noon),
-                                           .timezone = zoneName,
-                                           .latitude = lat,
-                                           .longitude = lng};
+            const auto rise = Solar::moonRiseSet(noon, place, Solar::Crossing::rise, {lat, lng});
+            const auto set = Solar::moonRiseSet(noon, place, Solar::Crossing::set, {lat, lng});
+            const auto chart = chartOf({.latitude = lat,
+                                        .longitude = lng,
+                                        .timezone = zoneName,
+                                        .selectedTime = rise.value_or(noon),
+                                        .moonrise = rise,
+                                        .moonset = set});
             for (const ui::Size size : {kChart, ui::Size{110, 112}}) {
                 const auto markers =
                     all<DrawSymbol>(ui::render(chart.body(), size, {kMeasurer, {}}));
@@ -170,9 +182,9 @@ TEST(MoonElevationChart, PresentMoonIsBrightAboveTheHorizonAndDimBelow) {
         {utc(2025, 6, 10, 12), 140, 0.4},
     };
     for (const auto& [now, x, opacity] : cases) {
-        auto chart = parisChart();
-        chart.currentTime = now;
-        const auto list = draw(chart);
+        auto record = parisDay();
+        record.selectedTime = now;
+        const auto list = draw(chartOf(record));
         const auto moon = symbolNamed(list, "moon.fill");
         EXPECT_NEAR(moon.frame.center().x, x, 1e-9);
         EXPECT_EQ(moon.color, Color::white().opacity(opacity));
@@ -182,28 +194,26 @@ TEST(MoonElevationChart, PresentMoonIsBrightAboveTheHorizonAndDimBelow) {
 
 TEST(MoonElevationChart, APresentMomentOffTheChartDayIsNotMarked) {
     // The chart shows a Tromsø day when the moon stays below -5°; two weeks later it is 48° up.
-    const MoonElevationChart chart{.moonset = utc(2025, 1, 26, 12),
-                                   .currentTime = utc(2025, 2, 8, 20),
-                                   .timezone = "Europe/Oslo",
-                                   .latitude = 69.6492,
-                                   .longitude = 18.9553};
-    const auto list = draw(chart);
+    const auto list = draw(chartOf({.latitude = 69.6492,
+                                    .longitude = 18.9553,
+                                    .timezone = "Europe/Oslo",
+                                    .selectedTime = utc(2025, 2, 8, 20),
+                                    .moonset = utc(2025, 1, 26, 12)}));
     EXPECT_EQ(horizonY(list), 8);
     EXPECT_THAT(testing::symbols(list), Not(Contains("moon.fill")));
 }
 
 TEST(MoonElevationChart, LabelsTheTimesInThePlaceZoneOnlyWhenAsked) {
-    device::setLocaleIdentifier("en_GB");
-    device::setTimeZone(TimeZone::utc());
     const std::vector<std::tuple<std::string, std::string, std::string>> cases{
         {"Europe/Paris", "22:00", "07:30"},
         {"Mars/Olympus_Mons", "20:00", "05:30"},  // the device zone
     };
     for (const auto& [timezone, riseText, setText] : cases) {
-        MoonElevationChart chart{.moonrise = utc(2025, 6, 10, 20),
-                                 .moonset = utc(2025, 6, 10, 5, 30),
-                                 .currentTime = utc(2025, 6, 10, 9),
-                                 .timezone = timezone};
+        auto chart = chartOf({.timezone = timezone,
+                              .selectedTime = utc(2025, 6, 10, 9),
+                              .moonrise = utc(2025, 6, 10, 20),
+                              .moonset = utc(2025, 6, 10, 5, 30)},
+                             "en_GB");
         EXPECT_TRUE(all<ui::DrawText>(draw(chart)).empty());
 
         chart.showLabel = true;
@@ -218,24 +228,22 @@ TEST(MoonElevationChart, LabelsTheTimesInThePlaceZoneOnlyWhenAsked) {
             EXPECT_NEAR(labels[i].frame.center().y, markerY - 26, 1e-9);
         }
     }
-    device::setLocaleIdentifier(std::nullopt);
-    device::setTimeZone(std::nullopt);
 }
 
 TEST(MoonElevationChart, UnknownZoneScalesToEveryAltitude) {
-    auto chart = parisChart();
-    chart.timezone = "Mars/Olympus_Mons";
-    EXPECT_EQ(horizonY(draw(chart)), kChart.height / 2);
+    auto record = parisDay();
+    record.timezone = "Mars/Olympus_Mons";
+    EXPECT_EQ(horizonY(draw(chartOf(record))), kChart.height / 2);
 }
 
 TEST(MoonElevationChart, PlaceholderDrawsItsMadeUpDay) {
     // The made-up altitude peaks at 50° at 08:00 UTC, on a -25° to 55° scale; its moon stands
     // at the placeholder's 35° on the way down, whatever the present moment.
-    const MoonElevationChart chart{.currentTime = utc(2025, 6, 10, 8),
-                                   .timezone = "UTC",
-                                   .latitude = kParisLat,
-                                   .longitude = kParisLng,
-                                   .isPlaceholder = true};
+    const auto chart = chartOf({.latitude = kParisLat,
+                                .longitude = kParisLng,
+                                .timezone = "UTC",
+                                .isPlaceholder = true,
+                                .selectedTime = utc(2025, 6, 10, 8)});
     const auto moon = symbolNamed(draw(chart), "moon.fill").frame.center();
     EXPECT_NEAR(moon.x, 240 * (14 - 12 / std::numbers::pi * std::asin(20.0 / 35)) / 24, 1e-9);
     EXPECT_NEAR(moon.y, 100 - 84 * 60.0 / 80 - 8, 1e-9);
@@ -243,11 +251,11 @@ TEST(MoonElevationChart, PlaceholderDrawsItsMadeUpDay) {
 
 TEST(MoonElevationChart, NoonTickSitsAtLocalNoonEvenOnAShortDay) {
     // 30 March 2025 in Paris lasts 23 hours; noon comes 11 hours after midnight.
-    MoonElevationChart chart{.currentTime = utc(2025, 3, 30, 9),
-                             .timezone = "Europe/Paris",
-                             .latitude = kParisLat,
-                             .longitude = kParisLng,
-                             .showNoon = true};
+    auto chart = chartOf({.latitude = kParisLat,
+                          .longitude = kParisLng,
+                          .timezone = "Europe/Paris",
+                          .selectedTime = utc(2025, 3, 30, 9)});
+    chart.showNoon = true;
     const auto verticals = [&] {
         std::vector<double> found;
         for (const auto& [from, to] : straightLines(draw(chart), false)) {

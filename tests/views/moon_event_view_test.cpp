@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "display_list_queries.hpp"
+#include "drawn_entry.hpp"
 #include "eclipse/eclipse_event.hpp"
 #include "fake_text_measurer.hpp"
-#include "platform/device.hpp"
 #include "timeline/widget_data_builder.hpp"
 #include "ui/pango_text_measurer.hpp"
 #include "views/moon_event_view.hpp"
@@ -22,12 +22,12 @@ const LayoutContext kContext{kMeasurer, {.contentMargin = 16}};
 const Date kNoon = Date::fromTimeIntervalSince1970(1757246400);  // 2025-09-07 12:00 UTC
 
 DisplayList eventView(std::optional<MoonWidgetData> data) {
-    const SmallMoonEventView view{{.date = kNoon, .widgetData = std::move(data)}, 36, 42};
+    const SmallMoonEventView view{testing::drawnEntry(kNoon, std::move(data)), 36, 42};
     return render(view.body(), {170, 170}, kContext);
 }
 
 TEST(MoonEventWidgetEntryView, DrawsOnlyInTheSmallFamily) {
-    const MoonWidgetEntry entry{.date = kNoon, .widgetData = MoonWidgetData::placeholder(kNoon)};
+    const auto entry = testing::drawnEntry(kNoon, MoonWidgetData::placeholder(kNoon));
     for (const auto family : {WidgetFamily::systemSmall, WidgetFamily::systemMedium,
                               WidgetFamily::systemLarge, WidgetFamily::accessoryCircular,
                               WidgetFamily::accessoryRectangular, WidgetFamily::accessoryInline}) {
@@ -91,7 +91,7 @@ TEST(SmallMoonEventView, EventLinesFitWholeInEveryLanguage) {
     const ui::PangoTextMeasurer measurer;
     const LayoutContext context{measurer, {.contentMargin = 16}};
     const auto expectWhole = [&](const MoonWidgetData& data, const char* locale) {
-        const SmallMoonEventView view{{.date = kNoon, .widgetData = data}, 36, 42};
+        const SmallMoonEventView view{testing::drawnEntry(kNoon, data, locale), 36, 42};
         const auto shown = all<DrawText>(render(view.body(), {170, 170}, context));
         for (const auto& line : {shown.at(2), shown.at(3)}) {
             EXPECT_FALSE(
@@ -100,7 +100,7 @@ TEST(SmallMoonEventView, EventLinesFitWholeInEveryLanguage) {
         }
     };
     for (const char* locale : {"de_DE", "fr_FR", "es_ES", "it_IT", "pt_BR", "pl_PL", "ja_JP"}) {
-        device::setLocaleIdentifier(locale);
+        l10n::useLanguage(locale);
         for (const char* key : {"TLE", "PLE", "NLE", "TSE", "PSE", "ASE", "HSE"}) {
             for (const bool visible : {true, false}) {
                 auto data = MoonWidgetData::placeholder(kNoon);
@@ -121,7 +121,7 @@ TEST(SmallMoonEventView, EventLinesFitWholeInEveryLanguage) {
             }
         }
     }
-    device::setLocaleIdentifier(std::nullopt);
+    l10n::useLanguage("en_US");
 }
 
 TEST(SmallMoonEventView, ShowsThePlaceholderOrThePermissionPrompt) {

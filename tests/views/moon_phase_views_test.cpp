@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "display_list_queries.hpp"
+#include "drawn_entry.hpp"
 #include "fake_text_measurer.hpp"
 #include "views/moon_phase_views.hpp"
 #include "views/widget_text.hpp"
@@ -20,7 +21,7 @@ const LayoutContext kContext{kMeasurer, {.contentMargin = 16}};
 const Date kNow = Date::fromTimeIntervalSince1970(1760022000);
 
 MoonWidgetEntry entryWith(std::optional<MoonWidgetData> data) {
-    return {.date = kNow, .widgetData = std::move(data)};
+    return testing::drawnEntry(kNow, std::move(data));
 }
 
 DisplayList entryView(const MoonWidgetEntry& entry, WidgetFamily family, Size size) {
@@ -99,7 +100,9 @@ TEST(SmallMoonPhaseView, ShowsOnlyTheMoonsetRowOnADayWithoutMoonrise) {
     data.moonrise.reset();
     const auto list = render(SmallMoonPhaseView{entryWith(data)}.body(), {170, 170}, kContext);
     EXPECT_EQ(symbols(list), std::vector<std::string>{"moonset.fill"});
-    EXPECT_EQ(texts(list).back(), shortTimeText(*data.moonset, data.timezone));
+    EXPECT_EQ(
+        texts(list).back(),
+        shortTimeText(*data.moonset, {.locale = "en_US", .zone = *TimeZone::named(data.timezone)}));
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "display_list_queries.hpp"
+#include "drawn_entry.hpp"
 #include "fake_text_measurer.hpp"
-#include "platform/device.hpp"
 #include "views/lockscreen/lock_screen_views.hpp"
 #include "views/moon_phase_views.hpp"
 #include "views/times_views.hpp"
@@ -24,20 +24,10 @@ DisplayList drawn(const View& view) {
     return render(view, {170, 170}, kContext);
 }
 
-MoonWidgetEntry entryWith(std::optional<MoonWidgetData> data) {
-    return {.date = kEvening, .widgetData = std::move(data)};
+MoonWidgetEntry entryWith(std::optional<MoonWidgetData> data, const char* locale = "en_US",
+                          const char* deviceZone = "UTC") {
+    return testing::drawnEntry(kEvening, std::move(data), locale, *TimeZone::named(deviceZone));
 }
-
-struct DeviceAs {
-    DeviceAs(const char* zone, const char* locale) {
-        device::setTimeZone(TimeZone::named(zone));
-        device::setLocaleIdentifier(locale);
-    }
-    ~DeviceAs() {
-        device::setTimeZone(std::nullopt);
-        device::setLocaleIdentifier(std::nullopt);
-    }
-};
 
 TEST(TimesWidgetEntryViews, PickTheLayoutOfEachFamily) {
     const auto entry = entryWith(MoonWidgetData::placeholder(kEvening));
@@ -60,11 +50,10 @@ TEST(TimesWidgetEntryViews, PickTheLayoutOfEachFamily) {
 TEST(SmallTimesViews, ShowTheDayInThePlacesZoneOrElseTheDevicesWithDashesForAbsentTimes) {
     for (const auto& [deviceZone, placeZone] :
          {std::pair{"UTC", "Asia/Tokyo"}, {"Asia/Tokyo", "Nowhere/Atlantis"}}) {
-        const DeviceAs device(deviceZone, "en_US");
         auto data = MoonWidgetData::placeholder(kEvening);
         data.timezone = placeZone;
         data.sunset.reset();
-        const auto entry = entryWith(data);
+        const auto entry = entryWith(data, "en_US", deviceZone);
         EXPECT_EQ(texts(drawn(SmallMoonTimesView{entry}.body())),
                   (std::vector<std::string>{"OCT", "10", "2:30\u202fPM", "3:15\u202fAM",
                                             "Waxing Gibbous", "75% lit"}));
@@ -78,9 +67,9 @@ TEST(SmallTimesViews, ShowTheDayInThePlacesZoneOrElseTheDevicesWithDashesForAbse
 }
 
 TEST(SmallTimesViews, UpperCaseTheMonthWhateverTheLocaleWrites) {
-    const DeviceAs device("UTC", "fr_FR");
     auto data = MoonWidgetData::placeholder(Date::fromTimeIntervalSince1970(1739000000));
-    EXPECT_EQ(texts(drawn(SmallMoonTimesView{entryWith(data)}.body())).at(0), "FÉVR.");
+    EXPECT_EQ(texts(drawn(SmallMoonTimesView{entryWith(data, "fr_FR")}.body())).at(0), "FÉVR.");
+    l10n::useLanguage("en_US");
 }
 
 TEST(SmallTimesViews, ShowTheirPlaceholderOrThePermissionPrompt) {

@@ -49,8 +49,8 @@ std::string percentText(const Solar::SimpleMoonPhase& phase) {
     return std::to_string(litPercent(phase.illumination)) + "%";
 }
 
-std::string timeText(const std::optional<Date>& time, const std::string& timezone) {
-    return time ? shortTimeText(*time, timezone) : kNoTime;
+std::string timeText(const std::optional<Date>& time, const LocalFormat& format) {
+    return time ? shortTimeText(*time, format) : kNoTime;
 }
 
 // Turned by the tilt as on the home screen, so both show the same moon.
@@ -130,11 +130,12 @@ View LockScreenRectangularMoonPhaseView::body() const {
                                 .color(kSecondary)};
     // A day without a rise or set leaves its row out rather than showing a blank.
     if (data.moonrise) {
-        lines.push_back(timePair("moonrise.fill", shortTimeText(*data.moonrise, data.timezone),
-                                 fontSize, kPrimary, 4));
+        lines.push_back(timePair("moonrise.fill",
+                                 shortTimeText(*data.moonrise, entry.details.format), fontSize,
+                                 kPrimary, 4));
     }
     if (data.moonset) {
-        lines.push_back(timePair("moonset.fill", shortTimeText(*data.moonset, data.timezone),
+        lines.push_back(timePair("moonset.fill", shortTimeText(*data.moonset, entry.details.format),
                                  fontSize, kPrimary, 4));
     }
     return leadingInAccessory(HStack(VerticalAlignment::center, 0,
@@ -152,7 +153,7 @@ View LockScreenInlineTimesView::body() const {
     if (!data.moonrise) return symbol("moon");
     return HStack(
         VerticalAlignment::center, 4,
-        {symbol("moonrise.fill"), inlineText(shortTimeText(*data.moonrise, data.timezone))});
+        {symbol("moonrise.fill"), inlineText(shortTimeText(*data.moonrise, entry.details.format))});
 }
 
 View LockScreenCircularMoonTimesView::body() const {
@@ -168,9 +169,9 @@ View LockScreenCircularMoonTimesView::body() const {
     // Leading-aligned so the two symbols stand in one column; no wider than the circle is at
     // the rows' outer edges, so a long time shrinks rather than reach past the mask.
     return VStack(HorizontalAlignment::leading, 4,
-                  {timePair("moonrise.fill", timeText(data.moonrise, data.timezone), fontSize,
-                            kPrimary, 2),
-                   timePair("moonset.fill", timeText(data.moonset, data.timezone), fontSize,
+                  {timePair("moonrise.fill", timeText(data.moonrise, entry.details.format),
+                            fontSize, kPrimary, 2),
+                   timePair("moonset.fill", timeText(data.moonset, entry.details.format), fontSize,
                             kPrimary, 2)})
         .frame(FlexibleFrame{.maxWidth = kCircularRowsWidth});
 }
@@ -199,7 +200,7 @@ View LockScreenRectangularTimesView::body() const {
                          const std::optional<Date>& setTime, Color color) {
         // Equal halves keep the set times of both rows in one column.
         const auto half = [&](const char* symbol, const std::optional<Date>& time) {
-            return timePair(symbol, timeText(time, data.timezone), fontSize, color, 2)
+            return timePair(symbol, timeText(time, entry.details.format), fontSize, color, 2)
                 .frame(FlexibleFrame{.maxWidth = kFill, .alignment = Alignment::leading});
         };
         return HStack(VerticalAlignment::center, 8, {half(rise, riseTime), half(set, setTime)});

@@ -1,4 +1,4 @@
-#include "platform/device.hpp"
+#include "cli/device.hpp"
 
 #include <atomic>
 #include <cstdlib>
@@ -55,13 +55,12 @@ TimeZone zoneFromEnvironment() {
 }  // namespace
 
 Date now() {
-    {
-        std::scoped_lock lock(overrides().mutex);
-        if (overrides().now) return *overrides().now;
-    }
-    const std::chrono::duration<double> sinceEpoch =
-        std::chrono::system_clock::now().time_since_epoch();
-    return Date{sinceEpoch};
+    return clock()();
+}
+
+Clock clock() {
+    std::scoped_lock lock(overrides().mutex);
+    return overrides().now ? fixedClock(*overrides().now) : systemClock();
 }
 
 void fixNow(std::optional<Date> instant) {
@@ -106,6 +105,18 @@ LocationService locationService() {
 void setLocationService(std::optional<LocationService> service) {
     std::scoped_lock lock(overrides().mutex);
     overrides().locationService = service;
+}
+
+RequestContext requestContext(MainQueue& queue) {
+    const auto zone = timeZone();
+    return {.clock = clock(),
+            .deviceZone = zone,
+            .locale = localeIdentifier(),
+            .makeLocationManager =
+                [service = locationService(), &queue] {
+                    return makePlatformLocationManager(service, queue);
+                },
+            .sources = AstronomySources::shared(zone)};
 }
 
 }  // namespace lunoval::device

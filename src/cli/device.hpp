@@ -3,9 +3,12 @@
 #include <optional>
 #include <string>
 
+#include "platform/clock.hpp"
 #include "platform/date.hpp"
 #include "platform/location_services.hpp"
+#include "platform/main_queue.hpp"
 #include "platform/time_zone.hpp"
+#include "timeline/request_context.hpp"
 
 namespace lunoval::device {
 
@@ -14,6 +17,7 @@ namespace lunoval::device {
 
 // The current instant: the fixed one if set, else the system clock.
 Date now();
+Clock clock();
 void fixNow(std::optional<Date> instant);
 
 TimeZone timeZone();
@@ -28,5 +32,8 @@ void setLocaleIdentifier(std::optional<std::string> identifier);
 // has it, else a service whose authorization is not determined.
 LocationService locationService();
 void setLocationService(std::optional<LocationService> service);
+
+// The device as one widget request sees it, its location managers answering on `queue`.
+RequestContext requestContext(MainQueue& queue);
 
 }  // namespace lunoval::device

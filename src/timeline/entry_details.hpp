@@ -1,0 +1,14 @@
+#pragma once
+
+#include "timeline/moon_widget_data.hpp"
+#include "timeline/request_context.hpp"
+
+namespace lunoval {
+
+// The entry with what drawing it needs besides its record: the month with each day's moon, the
+// elevation day, and how its instants are written, through the request's own sources. Worked
+// out where the entry is to be drawn, so that a request that only prints it reads no more
+// tables than the record did.
+MoonWidgetEntry withDetails(MoonWidgetEntry entry, const RequestContext& context);
+
+}  // namespace lunoval
