@@ -58,6 +58,7 @@ double siderealAngle(double days) {
     return radians(280.16 + 360.9856235 * days);
 }
 
+// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): the series' own arguments, in its order
 TopocentricMoon topocentricMoon(double days, double phi, double theta) {
     const double u = std::atan(kEarthAxisRatio * std::tan(phi));
     const double rhoSinPhi = kEarthAxisRatio * std::sin(u) + 0;

@@ -25,16 +25,17 @@ std::optional<PhaseType> tabulatedPhaseOnDay(const DateComponents& local, const 
 }
 
 // Without a tabulated phase that day the moon is only ever a crescent or a gibbous.
-PhaseType crescentOrGibbous(double fraction, double phaseAngle) {
-    const bool waxing = isWaxing(phaseAngle);
-    if (fraction < 0.5) {
+PhaseType crescentOrGibbous(const Illumination& illumination) {
+    const bool waxing = isWaxing(illumination.phaseAngle);
+    if (illumination.fraction < 0.5) {
         return waxing ? PhaseType::waxingCrescent : PhaseType::waningCrescent;
     }
     return waxing ? PhaseType::waxingGibbous : PhaseType::waningGibbous;
 }
 
-PhaseType byIlluminationAlone(double fraction, double phaseAngle) {
-    const bool waxing = isWaxing(phaseAngle);
+PhaseType byIlluminationAlone(const Illumination& illumination) {
+    const bool waxing = isWaxing(illumination.phaseAngle);
+    const double fraction = illumination.fraction;
     if (fraction < 0.05) return PhaseType::newMoon;
     if (fraction < 0.45) return waxing ? PhaseType::waxingCrescent : PhaseType::waningCrescent;
     if (fraction < 0.55) return waxing ? PhaseType::firstQuarter : PhaseType::lastQuarter;
@@ -66,13 +67,10 @@ SimpleMoonPhase moonPhase(Date date, const TimeZone& zone, const Tilt& tilt, Obs
         // The fallback tilts at the date itself, whatever moment was asked for.
         const double angle =
             tilt.kind == Tilt::Kind::none ? 0.0 : tiltAngle(Tilt::at(date), observer);
-        return makePhase(illumination,
-                         byIlluminationAlone(illumination.fraction, illumination.phaseAngle),
-                         angle);
+        return makePhase(illumination, byIlluminationAlone(illumination), angle);
     }
     const auto type =
-        tabulatedPhaseOnDay(*local, zone, table)
-            .value_or(crescentOrGibbous(illumination.fraction, illumination.phaseAngle));
+        tabulatedPhaseOnDay(*local, zone, table).value_or(crescentOrGibbous(illumination));
     return makePhase(illumination, type, tiltAngle(tilt, observer));
 }
 

@@ -113,7 +113,7 @@ GeoLocationData placeOf(const places::Place& city) {
     GeoLocationData place;
     const auto zone = TimeZone::named(city.timezone);
     const auto offset = zone ? zone->offsetFromUTC(device::now()) : std::nullopt;
-    place.SetLocation(city.latitude, city.longitude, city.name, city.timezone,
+    place.SetLocation({city.latitude, city.longitude}, city.name, city.timezone,
                       offset.value_or(std::chrono::seconds{0}).count(), false);
     return place;
 }
@@ -140,7 +140,7 @@ GeoLocationData newPlace(const LocationsOptions& options) {
     const auto zone = zoneNamed(options.zone);
     const auto offset = zone.offsetFromUTC(device::now()).value_or(std::chrono::seconds{0});
     GeoLocationData place;
-    place.SetLocation(where->latitude, where->longitude, options.name, zone.identifier(),
+    place.SetLocation({where->latitude, where->longitude}, options.name, zone.identifier(),
                       offset.count(), false);
     return place;
 }
@@ -166,10 +166,13 @@ int add(LocationManager& manager, GeoLocationData place, const std::string& name
 }
 
 // The selected place becomes what a widget without a device location shows.
-void saveWidgetData(const GeoLocationData& place, bool isDevice) {
+// The device's own position is saved without a name, so the widget names no place.
+enum class SavedAs { device, namedPlace };
+
+void saveWidgetData(const GeoLocationData& place, SavedAs savedAs) {
     MoonWidgetData record{
         .latitude = place.latitude, .longitude = place.longitude, .timezone = place.timezoneId};
-    if (!isDevice) record.locationName = place.name;
+    if (savedAs == SavedAs::namedPlace) record.locationName = place.name;
     appGroupDefaults().setData("widgetData", encodeWidgetData(record));
     WidgetReloader::reloadAllTimelines();
 }
@@ -219,13 +222,13 @@ int select(LocationManager& manager, long long index, double timeout) {
         if (status == 0) {
             // The list keeps a device selection in memory only; here it is the user's choice.
             manager.saveSelectedLocationToSharedPrefs();
-            saveWidgetData(manager.userCurrentLocation(), true);
+            saveWidgetData(manager.userCurrentLocation(), SavedAs::device);
         }
         return status;
     }
     const auto selected = savedPlaceIndex(manager, index);
     manager.ChangeSelectedLocation(selected);
-    saveWidgetData(*manager.GetLocationDataAtIndex(selected), false);
+    saveWidgetData(*manager.GetLocationDataAtIndex(selected), SavedAs::namedPlace);
     std::cout << "Selected " << selected << "  " << *manager.GetLocationNameAtIndex(selected)
               << "\n";
     return 0;

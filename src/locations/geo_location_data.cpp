@@ -2,11 +2,11 @@
 
 namespace lunoval {
 
-void GeoLocationData::SetLocation(double newLatitude, double newLongitude, std::string locationName,
+void GeoLocationData::SetLocation(Location position, std::string locationName,
                                   std::string timezoneName, std::int64_t gmtOffsetSeconds,
                                   bool customTimezone) {
-    latitude = newLatitude;
-    longitude = newLongitude;
+    latitude = position.latitude;
+    longitude = position.longitude;
     name = std::move(locationName);
     timezoneId = std::move(timezoneName);
     gmtOffset = gmtOffsetSeconds;

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/location_services.hpp"
+
 namespace lunoval {
 
 // One place of the saved-locations list.
@@ -18,8 +20,8 @@ struct GeoLocationData {
     void setLatitude(double value) { latitude = value; }
     void setLongitude(double value) { longitude = value; }
     // Sets every field at once; a place set this way holds a location.
-    void SetLocation(double newLatitude, double newLongitude, std::string locationName,
-                     std::string timezoneName, std::int64_t gmtOffsetSeconds, bool customTimezone);
+    void SetLocation(Location position, std::string locationName, std::string timezoneName,
+                     std::int64_t gmtOffsetSeconds, bool customTimezone);
 };
 
 }  // namespace lunoval

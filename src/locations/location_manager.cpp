@@ -227,7 +227,7 @@ void LocationManager::loadFromSharedContainerFile() {
             continue;
         }
         GeoLocationData place;
-        place.SetLocation(*numberIn(saved, "latitude"), *numberIn(saved, "longitude"),
+        place.SetLocation({*numberIn(saved, "latitude"), *numberIn(saved, "longitude")},
                           stringIn(saved, "location_name"), stringIn(saved, "timezoneId"), 0,
                           false);
         locationList_.push_back(std::move(place));
@@ -243,8 +243,8 @@ void LocationManager::LoadLocationListFromDisk() {
     if (!lines) {
         GeoLocationData sanFrancisco;
         // The list has always stored 1 as this default's offset.
-        sanFrancisco.SetLocation(37.7749, -122.4194, "San Francisco, CA", "America/Los_Angeles", 1,
-                                 false);
+        sanFrancisco.SetLocation({37.7749, -122.4194}, "San Francisco, CA", "America/Los_Angeles",
+                                 1, false);
         locationList_.push_back(std::move(sanFrancisco));
         return;
     }
@@ -270,7 +270,7 @@ void LocationManager::LoadLocationListFromDisk() {
             continue;
         }
         GeoLocationData place;
-        place.SetLocation(line->latitude, line->longitude, line->name, line->timezoneId,
+        place.SetLocation({line->latitude, line->longitude}, line->name, line->timezoneId,
                           line->gmtOffset, false);
         locationList_.push_back(std::move(place));
     }
@@ -353,7 +353,7 @@ void LocationManager::updateWithNewLocation(const Location& fix) {
     if (!startingPoint_) startingPoint_ = fix;
     selectedIndex_ = 0;
     const auto [zone, offset] = zoneNow(services_);
-    currentLocation().SetLocation(fix.latitude, fix.longitude, kCurrentLocationName, zone, offset,
+    currentLocation().SetLocation({fix.latitude, fix.longitude}, kCurrentLocationName, zone, offset,
                                   false);
     widgetcache::saveLocationToCache(services_.sharedDefaults, fix, services_.clock());
     currentAccuracy_ = fix.horizontalAccuracy;

@@ -23,6 +23,7 @@ fs::path OVStorage::legacyStoragePath() {
     return homeDirectory() / kFileName;
 }
 
+// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): the store and the legacy file it replaces
 OVStorage::OVStorage(fs::path localPath, const fs::path& legacyPath)
     : localPath_(std::move(localPath)) {
     if (auto local = readDictionaryFile(localPath_).dictionary) {

@@ -80,6 +80,7 @@ std::shared_ptr<const PhaseYear> MoonPhaseDataManager::loadYear(int year) {
     return table;
 }
 
+// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): year and month in calendar order
 std::vector<MoonPhaseEvent> MoonPhaseDataManager::events(int year, int month) {
     if (const auto table = cached(year); table && !table->empty()) {
         if (const auto found = table->find(month); found != table->end()) return found->second;

@@ -92,6 +92,7 @@ std::optional<Date> Calendar::dateBySettingTime(int hour, int minute, int second
                               std::chrono::minutes{minute} + seconds{second});
 }
 
+// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): the test is symmetric
 bool Calendar::isDateInSameDay(Date a, Date b) const {
     const auto dayA = localDay(zone_, a);
     return dayA && dayA == localDay(zone_, b);

@@ -47,6 +47,7 @@ class GroupNode final : public ViewNode {
 
 class FixedFrameNode final : public ViewNode {
   public:
+    // NOLINTNEXTLINE(bugprone-easily-swappable-parameters): width then height, as every size
     FixedFrameNode(View child, std::optional<double> width, std::optional<double> height,
                    Alignment alignment)
         : child_(std::move(child)), width_(width), height_(height), alignment_(alignment) {}

@@ -85,7 +85,7 @@ View monthGrid(const PhaseMonth& month, ColorScheme scheme) {
                 .frame(kPhaseSymbolSize, kPhaseSymbolSize);
         }
         if (!day.phase) return {};
-        return whiteMoonDisc(*day.phase, kMoonSize, false).body();
+        return whiteMoonDisc(*day.phase, kMoonSize, DiscTurn::upright).body();
     };
     // Empty cells before the 1st and after the last day complete the weeks.
     std::vector<View> cells(static_cast<std::size_t>(month.leadingDays));

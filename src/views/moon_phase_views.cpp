@@ -34,7 +34,7 @@ Color cyan() {
 }
 
 View moonDisc(const Solar::SimpleMoonPhase& phase, double size) {
-    return whiteMoonDisc(phase, size, true).body();
+    return whiteMoonDisc(phase, size, DiscTurn::byTilt).body();
 }
 
 View withMoonBackground(const View& content) {

@@ -16,15 +16,14 @@ Color white(double opacity) {
 
 }  // namespace
 
-SimpleMoonPhaseView whiteMoonDisc(const Solar::SimpleMoonPhase& phase, double size,
-                                  bool applyRotation) {
+SimpleMoonPhaseView whiteMoonDisc(const Solar::SimpleMoonPhase& phase, double size, DiscTurn turn) {
     return {.moonPhase = phase,
             .size = size,
             .strokeColor = Color::white(),
             .fillColor = Color::white(),
             .phaseBackgroundColor = Color::clear(),
             .tintColor = std::nullopt,
-            .applyRotation = applyRotation,
+            .applyRotation = turn == DiscTurn::byTilt,
             .strokeWidth = 1.5};
 }
 
@@ -50,16 +49,17 @@ View timeRow(const char* symbol, const std::optional<Date>& time, const LocalFor
 
 View moonBlock(const Solar::SimpleMoonPhase& phase, double discSize, double columnWidth,
                double litFontSize) {
-    return HStack(VerticalAlignment::center, kGutter,
-                  {whiteMoonDisc(phase, discSize, true).body().frame(columnWidth, std::nullopt),
-                   VStack(HorizontalAlignment::leading, 3,
-                          {Text(phaseNameText(phase))
-                               .font(Font::system(11, FontWeight::medium))
-                               .color(white(0.95))
-                               .minimumScaleFactor(0.6),
-                           Text(litText(phase.illumination))
-                               .font(Font::system(litFontSize, FontWeight::medium))
-                               .color(white(0.7))})});
+    return HStack(
+        VerticalAlignment::center, kGutter,
+        {whiteMoonDisc(phase, discSize, DiscTurn::byTilt).body().frame(columnWidth, std::nullopt),
+         VStack(HorizontalAlignment::leading, 3,
+                {Text(phaseNameText(phase))
+                     .font(Font::system(11, FontWeight::medium))
+                     .color(white(0.95))
+                     .minimumScaleFactor(0.6),
+                 Text(litText(phase.illumination))
+                     .font(Font::system(litFontSize, FontWeight::medium))
+                     .color(white(0.7))})});
 }
 
 }  // namespace lunoval

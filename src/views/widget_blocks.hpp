@@ -11,9 +11,10 @@ namespace lunoval {
 
 // Pieces the small widgets share, so they look alike.
 
+enum class DiscTurn { byTilt, upright };
+
 // The moon disc as the widgets draw it: white on clear with a 1.5-point outline.
-SimpleMoonPhaseView whiteMoonDisc(const Solar::SimpleMoonPhase& phase, double size,
-                                  bool applyRotation);
+SimpleMoonPhaseView whiteMoonDisc(const Solar::SimpleMoonPhase& phase, double size, DiscTurn turn);
 
 // The month ("OCT") over the day of month, centred in a column `width` wide, for
 // `selectedTime`: the rises and sets beside it are that day's.

@@ -155,7 +155,7 @@ TEST_F(SavedPlaces, EditsKeepTheirSelectionRules) {
 TEST_F(SavedPlaces, AddingASavedNameReplacesItWhereItStandsWithoutSaving) {
     auto& list = managerWith("AB", 0);
     GeoLocationData place;
-    place.SetLocation(1, 2, "A", "Asia/Tokyo", 32400, false);
+    place.SetLocation({1, 2}, "A", "Asia/Tokyo", 32400, false);
     fs::remove(defaults_.file());
     EXPECT_EQ(list.AddToLocationList(place), 1U);
     EXPECT_EQ(list.GetLocationDataAtIndex(1)->timezoneId, "Asia/Tokyo");

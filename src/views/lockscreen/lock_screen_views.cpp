@@ -31,6 +31,7 @@ constexpr double kFill = std::numeric_limits<double>::infinity();
 
 // Fills "%s" with the name, "%d" with the number and "%%" with a percent sign, in whatever
 // order the translation puts them.
+// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): a format before what fills it
 std::string interpolated(const std::string& format, const std::string& name, int number) {
     std::string line;
     for (std::size_t at = 0; at < format.size(); ++at) {
@@ -55,7 +56,7 @@ std::string timeText(const std::optional<Date>& time, const LocalFormat& format)
 
 // Turned by the tilt as on the home screen, so both show the same moon.
 View disc(const Solar::SimpleMoonPhase& phase) {
-    return whiteMoonDisc(phase, 40, true).body();
+    return whiteMoonDisc(phase, 40, DiscTurn::byTilt).body();
 }
 
 View inlineText(const std::string& text) {
