@@ -34,7 +34,7 @@ void WidgetLocationManager::answer(std::optional<Location> location, bool succes
     if (handler_) handler_(location, success);
 }
 
-void WidgetLocationManager::requestLocation(bool allowFreshRequest, Completion completion) {
+void WidgetLocationManager::requestLocation(bool allowFreshRequest, const Completion& completion) {
     if (!locationManager_) {
         log::line("⚠️ Widget: Location manager not initialized");
         completion(std::nullopt, false, false);

@@ -24,7 +24,7 @@ class WidgetLocationManager : public PlatformLocationDelegate {
     WidgetLocationManager& operator=(const WidgetLocationManager&) = delete;
 
     // Every path answers before returning when fresh requests are not allowed.
-    void requestLocation(bool allowFreshRequest, Completion completion);
+    void requestLocation(bool allowFreshRequest, const Completion& completion);
 
     // Between asking location services for a fix and their answer.
     [[nodiscard]] bool isAwaitingFix() const { return awaitingFix_; }
