@@ -30,7 +30,8 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
         row[0] = i;
         for (std::size_t j = 1; j <= b.size(); ++j) {
             const std::size_t above = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (a[i - 1] != b[j - 1])});
+            row[j] =
+                std::min({row[j] + 1, row[j - 1] + 1, diagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
             diagonal = above;
         }
     }
@@ -91,16 +92,17 @@ int missingCommand(const CLI::App& app) {
 
 // Where to read the forms a command takes, for the errors that do not say them.
 std::string helpHint(const CLI::App& app, const CLI::ParseError& error) {
-    if (dynamic_cast<const CLI::ValidationError*>(&error)) return "";
+    if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) return "";
     std::string command;
-    for (const auto* scope = &deepestCommand(app); scope; scope = scope->get_parent()) {
-        command = scope->get_name() + (command.empty() ? "" : " ") + command;
+    for (const auto* scope = &deepestCommand(app); scope != nullptr; scope = scope->get_parent()) {
+        if (!command.empty()) command.insert(0, " ");
+        command.insert(0, scope->get_name());
     }
     return " (" + command + " --help shows the forms)";
 }
 
 bool lacksCommand(const CLI::ParseError& error) {
-    return dynamic_cast<const CLI::RequiredError*>(&error) &&
+    return dynamic_cast<const CLI::RequiredError*>(&error) != nullptr &&
            std::string_view(error.what()).starts_with("A subcommand");
 }
 

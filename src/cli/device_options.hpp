@@ -76,6 +76,7 @@ CLI::Option* addChoiceOption(CLI::App& app, const std::string& name, Target& val
                              const std::vector<std::pair<std::string, Value>>& choices,
                              const std::string& description) {
     std::vector<std::string> names;
+    names.reserve(choices.size());
     for (const auto& choice : choices) names.push_back(choice.first);
     const auto read = [&value, choices](const std::string& text) {
         for (const auto& [choiceName, choice] : choices) {

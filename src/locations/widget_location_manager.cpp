@@ -35,7 +35,7 @@ void WidgetLocationManager::answer(std::optional<Location> location, bool succes
     if (handler_) handler_(location, success);
 }
 
-void WidgetLocationManager::requestLocation(FreshFix freshFix, Completion completion) {
+void WidgetLocationManager::requestLocation(FreshFix freshFix, const Completion& completion) {
     if (!locationManager_) {
         log::line("⚠️ Widget: Location manager not initialized");
         completion(std::nullopt, false, false);

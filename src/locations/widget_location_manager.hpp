@@ -29,7 +29,7 @@ class WidgetLocationManager : public PlatformLocationDelegate {
     WidgetLocationManager& operator=(const WidgetLocationManager&) = delete;
 
     // Every path answers before returning when fresh requests are not allowed.
-    void requestLocation(FreshFix freshFix, Completion completion);
+    void requestLocation(FreshFix freshFix, const Completion& completion);
 
     // Between asking location services for a fix and their answer.
     [[nodiscard]] bool isAwaitingFix() const { return awaitingFix_; }

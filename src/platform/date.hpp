@@ -17,6 +17,7 @@ struct Date {
     [[nodiscard]] constexpr Date addingTimeInterval(double seconds) const {
         return fromTimeIntervalSince1970(timeIntervalSince1970() + seconds);
     }
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the comparison's 0 for a pointer.
     friend constexpr auto operator<=>(const Date&, const Date&) = default;
 };
 

@@ -13,6 +13,11 @@ namespace {
 
 constexpr double kMillisecondsPerSecond = 1000.0;
 
+// ICU's answer is a UBool, a signed char.
+bool failed(UErrorCode status) {
+    return U_FAILURE(status) != 0;
+}
+
 icu::UnicodeString unicode(std::string_view text) {
     return icu::UnicodeString::fromUTF8(
         icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
@@ -55,7 +60,7 @@ std::string DateFormatter::pattern(Date date, std::string_view pattern) const {
     UErrorCode status = U_ZERO_ERROR;
     icu::SimpleDateFormat formatter(unicode(pattern), icu::Locale(localeIdentifier.c_str()),
                                     status);
-    if (U_FAILURE(status)) return {};
+    if (failed(status)) return {};
     return format(formatter, date, timeZone);
 }
 
@@ -63,8 +68,8 @@ UTCDateParser::UTCDateParser(std::string_view pattern) {
     UErrorCode status = U_ZERO_ERROR;
     auto formatter =
         std::make_unique<icu::SimpleDateFormat>(unicode(pattern), icu::Locale("en", "US"), status);
-    if (U_FAILURE(status)) return;
-    formatter->setLenient(false);
+    if (failed(status)) return;
+    formatter->setLenient(static_cast<UBool>(false));
     formatter->adoptTimeZone(icu::TimeZone::getGMT()->clone());
     formatter_ = std::move(formatter);
 }

@@ -8,12 +8,12 @@ namespace lunoval::log {
 
 namespace {
 std::atomic<bool> useStandardError{false};
-std::atomic<Verbosity> verbosity{Verbosity::normal};
+std::atomic<Verbosity> currentVerbosity{Verbosity::normal};
 std::mutex writeMutex;
 }  // namespace
 
 void line(std::string_view text) {
-    if (verbosity == Verbosity::quiet) return;
+    if (currentVerbosity == Verbosity::quiet) return;
     std::FILE* stream = useStandardError ? stderr : stdout;
     std::scoped_lock lock(writeMutex);
     std::fwrite(text.data(), 1, text.size(), stream);
@@ -30,15 +30,15 @@ void warning(std::string_view text) {
 }
 
 void note(std::string_view text) {
-    if (verbosity != Verbosity::quiet) warning(text);
+    if (currentVerbosity != Verbosity::quiet) warning(text);
 }
 
 void toStandardError(bool enabled) {
     useStandardError = enabled;
 }
 
-void setVerbosity(Verbosity chosen) {
-    verbosity = chosen;
+void setVerbosity(Verbosity verbosity) {
+    currentVerbosity = verbosity;
 }
 
 }  // namespace lunoval::log

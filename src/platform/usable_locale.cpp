@@ -24,7 +24,8 @@ bool hasLanguage(const icu::Locale& locale) {
 // it cannot hold (a language of 12 letters) as bogus, where its date formatters crash, and
 // makes no formatter for some it can hold (an unknown numbering system, a long variant).
 bool isUsable(const icu::Locale& locale) {
-    if (locale.isBogus() || *locale.getLanguage() == '\0' || !hasLanguage(locale)) return false;
+    if (locale.isBogus() != 0 || *locale.getLanguage() == '\0' || !hasLanguage(locale))
+        return false;
     const std::unique_ptr<icu::DateFormat> formatter(
         icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale));
     return formatter != nullptr;

@@ -73,6 +73,7 @@ void UserDefaults::write(std::string_view key, plist_t value) const {
     write(std::move(entries));
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the nodes are released into the file.
 void UserDefaults::write(std::vector<std::pair<std::string, plist::Node>> entries) const {
     std::error_code ignored;
     fs::create_directories(file_.parent_path(), ignored);

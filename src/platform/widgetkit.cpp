@@ -39,6 +39,7 @@ std::optional<WidgetFamily> widgetFamily(std::string_view name) {
 
 std::vector<std::string> familyNames() {
     std::vector<std::string> names;
+    names.reserve(std::size(kFamilies));
     for (const auto& entry : kFamilies) names.emplace_back(entry.name);
     return names;
 }
