@@ -106,6 +106,8 @@ DesktopWindow::DesktopWindow(const std::vector<DesktopWidget>& widgets, Placemen
             Slot{.window = this, .widget = widget, .area = gtk_drawing_area_new()});
         const auto size = widgetkit::familySize(widget.family);
         gtk_widget_set_size_request(slot->area, int(size.width), int(size.height));
+        gtk_widget_set_halign(slot->area,
+                              atLeft(placement.corner) ? GTK_ALIGN_START : GTK_ALIGN_END);
         gtk_widget_add_events(slot->area, GDK_BUTTON_PRESS_MASK);
         g_signal_connect(slot->area, "draw", G_CALLBACK(draw), slot.get());
         g_signal_connect(slot->area, "button-press-event", G_CALLBACK(press), slot.get());

@@ -28,10 +28,4 @@ GtkWidget* appendItem(GtkWidget* menu, const std::string& label, std::function<v
     return item;
 }
 
-void appendText(GtkWidget* menu, const std::string& text) {
-    GtkWidget* item = gtk_menu_item_new_with_label(text.c_str());
-    gtk_widget_set_sensitive(item, FALSE);
-    gtk_menu_shell_append(GTK_MENU_SHELL(menu), item);
-}
-
 }  // namespace lunoval::desktop

@@ -14,7 +14,4 @@ void onSignal(gpointer instance, const char* signal, std::function<void()> actio
 // A menu item with `label` that runs `action`, appended to `menu`.
 GtkWidget* appendItem(GtkWidget* menu, const std::string& label, std::function<void()> action);
 
-// A line of text in `menu` that does nothing when chosen.
-void appendText(GtkWidget* menu, const std::string& text);
-
 }  // namespace lunoval::desktop

@@ -84,6 +84,7 @@ void PlacesWindow::show(const SavedPlaces& places) {
         gtk_widget_destroy(GTK_WIDGET(row->data));
     }
     g_list_free(rows);
+    firstRadio_ = nullptr;
     for (std::size_t i = 0; i < places.names.size(); ++i) addRow(places, i);
     gtk_widget_show_all(list_);
     changed_(places);
@@ -94,11 +95,15 @@ void PlacesWindow::addRow(const SavedPlaces& places, std::size_t index) {
     const auto number = std::to_string(index);
     const auto last = places.names.size() - 1;
     GtkWidget* row = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 4);
-    GtkWidget* select = gtk_radio_button_new_with_label(nullptr, places.names[index].c_str());
+    // One group, so that only the selected place shows as chosen.
+    GtkWidget* select = gtk_radio_button_new_with_label_from_widget(GTK_RADIO_BUTTON(firstRadio_),
+                                                                    places.names[index].c_str());
+    if (firstRadio_ == nullptr) firstRadio_ = select;
     gtk_toggle_button_set_mode(GTK_TOGGLE_BUTTON(select), TRUE);
     gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(select), index == places.selectedIndex);
-    onSignal(select, "clicked", [this, number, index, places] {
-        if (index != places.selectedIndex) run({"select", number});
+    onSignal(select, "toggled", [this, select, number, index, places] {
+        const bool chosen = gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(select)) != FALSE;
+        if (chosen && index != places.selectedIndex) run({"select", number});
     });
     gtk_box_pack_start(GTK_BOX(row), select, TRUE, TRUE, 0);
     if (index > 0) {

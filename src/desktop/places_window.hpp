@@ -34,6 +34,7 @@ class PlacesWindow {
     GtkWidget* list_;
     GtkWidget* entry_;
     GtkWidget* message_;
+    GtkWidget* firstRadio_ = nullptr;
 };
 
 }  // namespace lunoval::desktop

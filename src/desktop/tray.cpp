@@ -33,11 +33,24 @@ Tray::Tray(TrayActions actions)
     : actions_(std::move(actions)),
       indicator_(app_indicator_new("lunoval", "weather-clear-night",
                                    APP_INDICATOR_CATEGORY_APPLICATION_STATUS)),
-      iconFolder_(widgetkit::reloadSocketPath().parent_path()) {
+      iconFolder_(widgetkit::reloadSocketPath().parent_path()),
+      separator_(gtk_separator_menu_item_new()) {
     std::error_code error;
     fs::create_directories(iconFolder_, error);
     app_indicator_set_icon_theme_path(indicator_, iconFolder_.c_str());
     app_indicator_set_title(indicator_, "Lunoval");
+    GtkWidget* menu = gtk_menu_new();
+    for (auto& line : lines_) {
+        line = gtk_menu_item_new_with_label("");
+        gtk_widget_set_sensitive(line, FALSE);
+        gtk_menu_shell_append(GTK_MENU_SHELL(menu), line);
+    }
+    gtk_menu_shell_append(GTK_MENU_SHELL(menu), separator_);
+    appendItem(menu, "Places…", actions_.openPlaces);
+    appendItem(menu, "Refresh", actions_.refresh);
+    appendItem(menu, "Quit", actions_.quit);
+    gtk_widget_show_all(menu);
+    app_indicator_set_menu(indicator_, GTK_MENU(menu));
     showMenu(std::nullopt);
     app_indicator_set_status(indicator_, APP_INDICATOR_STATUS_ACTIVE);
 }
@@ -48,13 +61,15 @@ Tray::~Tray() {
     if (icon_) fs::remove(*icon_, error);
 }
 
+// The menu is made again only when what it shows changes: every new menu is exported on the
+// bus anew.
 void Tray::show(const MoonWidgetEntry& entry) {
-    const auto summary = entry.widgetData ? moonSummary(*entry.widgetData) : std::nullopt;
-    if (summary) {
-        app_indicator_set_title(indicator_, summary->title().c_str());
-        showIcon(*entry.widgetData->currentMoonPhase);
-    }
+    auto summary = entry.widgetData ? moonSummary(*entry.widgetData) : std::nullopt;
+    if (summary) showIcon(*entry.widgetData->currentMoonPhase);
+    if (summary == shown_) return;
+    if (summary) app_indicator_set_title(indicator_, summary->title().c_str());
     showMenu(summary);
+    shown_ = std::move(summary);
 }
 
 // The disc turned by the tilt, written atomically beside the reload socket; the old one goes.
@@ -84,18 +99,19 @@ void Tray::showIcon(const Solar::SimpleMoonPhase& phase) {
     icon_ = path;
 }
 
+// The lines are the menu's first items, labelled anew in place: a new menu would be exported on
+// the bus anew, and the old ones were never freed.
 void Tray::showMenu(const std::optional<MoonSummary>& summary) {
-    GtkWidget* menu = gtk_menu_new();
+    std::vector<std::string> lines;
     if (summary) {
-        appendText(menu, summary->title());
-        for (const auto& line : summary->details) appendText(menu, line);
-        gtk_menu_shell_append(GTK_MENU_SHELL(menu), gtk_separator_menu_item_new());
+        lines.push_back(summary->title());
+        lines.insert(lines.end(), summary->details.begin(), summary->details.end());
     }
-    appendItem(menu, "Places…", actions_.openPlaces);
-    appendItem(menu, "Refresh", actions_.refresh);
-    appendItem(menu, "Quit", actions_.quit);
-    gtk_widget_show_all(menu);
-    app_indicator_set_menu(indicator_, GTK_MENU(menu));
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        gtk_widget_set_visible(lines_[i], i < lines.size());
+        if (i < lines.size()) gtk_menu_item_set_label(GTK_MENU_ITEM(lines_[i]), lines[i].c_str());
+    }
+    gtk_widget_set_visible(separator_, !lines.empty());
 }
 
 }  // namespace lunoval::desktop

@@ -2,6 +2,7 @@
 
 #include <libayatana-appindicator/app-indicator.h>
 
+#include <array>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -37,6 +38,10 @@ class Tray {
     AppIndicator* indicator_;
     std::filesystem::path iconFolder_;
     std::optional<std::filesystem::path> icon_;
+    std::optional<MoonSummary> shown_;
+    // The title and at most four details: the next phase, moon and sun times, an eclipse.
+    std::array<GtkWidget*, 5> lines_{};
+    GtkWidget* separator_;
 };
 
 }  // namespace lunoval::desktop

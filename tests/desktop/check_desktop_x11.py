@@ -13,6 +13,7 @@ right button opens the menu. The last line is "N passed, M failed".
 
 from __future__ import annotations
 
+import json
 import os
 import subprocess
 import sys
@@ -100,6 +101,25 @@ def check_taps(lunoval: str, tool: str, x: XServer, failures: Failures) -> None:
         time.sleep(0.1)
     failures.check("Lunoval places" in windows(x.display, env),
                    "a click on the prompt follows lunoval://settings to the places window")
+    time.sleep(0.5)
+    # The window stands at the screen's origin without a window manager: the entry below the
+    # list, then the rows of the device, San Francisco (the list's first place) and Tokyo.
+    subprocess.run([tool, "click", "150", "265", "1"], env=env, check=True)
+    subprocess.run([tool, "type", "tokyo"], env=env, check=True)
+    listed = lambda: json.loads(subprocess.run(  # noqa: E731
+        [lunoval, "locations", "list", "--json"], env=env, capture_output=True, text=True,
+        check=True).stdout)
+    end = time.monotonic() + 10
+    while len(listed()["locations"]) < 3 and time.monotonic() < end:
+        time.sleep(0.1)
+    names = [place["name"] for place in listed()["locations"]]
+    failures.check(names == ["Current Location", "San Francisco, CA", "Tokyo"],
+                   f"a city added by name in the places window: {names}")
+    time.sleep(0.5)
+    subprocess.run([tool, "click", "26", "94", "1"], env=env, check=True)
+    failures.check(desktop.wait_for("📅 Desktop: refreshing after a reload request"),
+                   "selecting it there refreshes the widgets")
+    failures.check(listed()["selectedIndex"] == 2, "and selects it")
     failures.check(desktop.stop() == 0, "SIGTERM ends it")
 
 

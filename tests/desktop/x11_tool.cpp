@@ -2,9 +2,11 @@
 // PPM image, and a click.
 //   x11_tool grab X Y WIDTH HEIGHT OUT.ppm
 //   x11_tool click X Y BUTTON
+//   x11_tool type TEXT        (lower-case letters, digits and spaces, then Return)
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -40,6 +42,21 @@ int click(Display* display, int x, int y, unsigned button) {
     return 0;
 }
 
+void press(Display* display, KeySym symbol) {
+    const KeyCode code = XKeysymToKeycode(display, symbol);
+    XTestFakeKeyEvent(display, code, True, CurrentTime);
+    XTestFakeKeyEvent(display, code, False, CurrentTime);
+}
+
+int type(Display* display, const std::string& text) {
+    for (const char letter : text) {
+        press(display, letter == ' ' ? XK_space : XStringToKeysym(std::string(1, letter).c_str()));
+    }
+    press(display, XK_Return);
+    XSync(display, False);
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -56,8 +73,11 @@ int main(int argc, char** argv) {
     } else if (command == "click" && argc == 5) {
         status =
             click(display, std::atoi(argv[2]), std::atoi(argv[3]), unsigned(std::atoi(argv[4])));
+    } else if (command == "type" && argc == 3) {
+        status = type(display, argv[2]);
     } else {
-        std::fprintf(stderr, "usage: x11_tool grab X Y W H OUT.ppm | click X Y BUTTON\n");
+        std::fprintf(stderr,
+                     "usage: x11_tool grab X Y W H OUT.ppm | click X Y BUTTON | type TEXT\n");
     }
     XCloseDisplay(display);
     return status;
