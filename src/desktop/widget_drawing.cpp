@@ -11,14 +11,20 @@ namespace {
 // The phone's corner radius for home-screen widgets, in points.
 constexpr double kCornerRadius = 22;
 
-void roundedRectangle(cairo_t* cairo, double width, double height, double radius) {
+// What lies outside the rounded corners: four small pieces, so that erasing them touches no
+// more pixels than the corners hold.
+void cornerPieces(cairo_t* cairo, double width, double height, double radius) {
     using std::numbers::pi;
-    cairo_new_sub_path(cairo);
-    cairo_arc(cairo, width - radius, radius, radius, -pi / 2, 0);
-    cairo_arc(cairo, width - radius, height - radius, radius, 0, pi / 2);
-    cairo_arc(cairo, radius, height - radius, radius, pi / 2, pi);
-    cairo_arc(cairo, radius, radius, radius, pi, 3 * pi / 2);
-    cairo_close_path(cairo);
+    const struct {
+        double x, y, angle;  // the corner, and where its arc starts
+    } corners[] = {{0, 0, pi}, {width, 0, -pi / 2}, {width, height, 0}, {0, height, pi / 2}};
+    for (const auto& corner : corners) {
+        const double cx = corner.x == 0 ? radius : width - radius;
+        const double cy = corner.y == 0 ? radius : height - radius;
+        cairo_move_to(cairo, corner.x, corner.y);
+        cairo_arc(cairo, cx, cy, radius, corner.angle, corner.angle + pi / 2);
+        cairo_close_path(cairo);
+    }
 }
 
 }  // namespace
@@ -35,9 +41,7 @@ void paintWidget(cairo_t* cairo, const DesktopWidget& widget, const RenderedWidg
     if (widgetkit::isAccessory(widget.family)) return;
     const auto size = widgetkit::familySize(widget.family);
     cairo_save(cairo);
-    cairo_rectangle(cairo, 0, 0, size.width, size.height);
-    roundedRectangle(cairo, size.width, size.height, kCornerRadius);
-    cairo_set_fill_rule(cairo, CAIRO_FILL_RULE_EVEN_ODD);
+    cornerPieces(cairo, size.width, size.height, kCornerRadius);
     cairo_set_operator(cairo, CAIRO_OPERATOR_DEST_OUT);
     cairo_fill(cairo);
     cairo_restore(cairo);

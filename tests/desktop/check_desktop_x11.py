@@ -70,6 +70,11 @@ def check_widgets(lunoval: str, tool: str, x: XServer, failures: Failures) -> No
         radius = None if family.startswith("accessory") else CORNER_RADIUS * SCALE
         wrong = mismatches(shot, shot_width, where[0], top, image, radius)
         failures.check(wrong == 0, f"{kind} {family} on screen is its render ({wrong} pixels differ)")
+        if radius:
+            corners = [(where[0] + dx, top + dy) for dx in (0, w * SCALE - 1)
+                       for dy in (0, h * SCALE - 1)]
+            failures.check(all(shot[(y * shot_width + x) * 3:][:3] == b"\0\0\0" for x, y in corners),
+                           "its corners are rounded off, clear (black without a compositor)")
         top += (h + GAP) * SCALE
 
     subprocess.run([lunoval, "reload"], env=env, check=True)
