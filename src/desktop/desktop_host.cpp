@@ -76,7 +76,13 @@ void DesktopHost::refresh() {
     if (schedule_.dueToReload()) log::line("📅 Desktop: refreshing after a reload request");
     refreshing_ = true;
     const auto start = Clock::now();
-    request_(EntryKind::timeline, show_);
+    // Thrown through GLib's loop, a failure would end the program; the widgets keep the last
+    // entry and the next refresh asks again.
+    try {
+        request_(EntryKind::timeline, show_);
+    } catch (const std::exception& error) {
+        log::warning(std::string("the refresh failed: ") + error.what());
+    }
     refreshing_ = false;
     schedule_ = widgetkit::RefreshSchedule::after(start, Clock::now(), budgetMinutes_);
     log::line("🔄 Desktop: refreshed");
