@@ -112,10 +112,8 @@ RequestContext requestContext(MainQueue& queue) {
     return {.clock = clock(),
             .deviceZone = zone,
             .locale = localeIdentifier(),
-            .makeLocationManager =
-                [service = locationService(), &queue] {
-                    return makePlatformLocationManager(service, queue);
-                },
+            .makeLocationManager = [service = locationService(),
+                                    &queue] { return makePlatformLocationManager(service, queue); },
             .sources = AstronomySources::shared(zone)};
 }
 

@@ -21,12 +21,20 @@ inline constexpr CommandName kGalleryCommand{"gallery",
 inline constexpr CommandName kHostCommand{
     "host", "Keep widget images fresh, refreshing on a budget and on reload requests"};
 
+// The desktop widgets, the tray and the places window: the one command that loads GTK, in a
+// program of its own, lunoval-desktop.
+inline constexpr CommandName kDesktopCommand{
+    "desktop", "Show widgets on the desktop, live, with the moon in the tray"};
+
 // Each drawing command as a name that takes everything after it, help included, for the
 // drawing program to read.
 std::vector<const CLI::App*> addDrawingCommands(CLI::App& app);
+// The desktop command, likewise for the desktop program.
+const CLI::App* addDesktopHandOver(CLI::App& app);
 
 // Replaces this process with the drawing program, given the same arguments; throws when it
 // cannot be started.
 [[noreturn]] void runDrawingProgram(char** argv);
+[[noreturn]] void runDesktopProgram(char** argv);
 
 }  // namespace lunoval::cli

@@ -8,9 +8,7 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <optional>
 #include <set>
-#include <sstream>
 #include <system_error>
 
 #include "cli/drawing_commands.hpp"
@@ -19,6 +17,7 @@
 #include "cli/render_command.hpp"
 #include "cli/widget_request.hpp"
 #include "platform/log.hpp"
+#include "platform/refresh_schedule.hpp"
 #include "platform/widget_center.hpp"
 #include "ui/pango_text_measurer.hpp"
 
@@ -27,21 +26,12 @@ namespace lunoval::cli {
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
-
-// Also keeps every wait within poll's millisecond count.
-constexpr double kMaxMinutes = 7 * 24 * 60;
-constexpr auto kReloadSpacing = std::chrono::seconds(1);
+using Clock = widgetkit::RefreshSchedule::Clock;
 
 using Choice = std::pair<std::string_view, widgetkit::WidgetFamily>;
 
 Choice parseChoice(const std::string& text) {
-    const auto colon = text.find(':');
-    if (colon == std::string::npos) {
-        throw UsageError("--widgets wants KIND:FAMILY, not '" + text + "'");
-    }
-    const WidgetRequest request{.kind = text.substr(0, colon), .family = text.substr(colon + 1)};
-    const auto [widget, family] = requestedWidget(request);
+    const auto [widget, family] = widgetChoice(text);
     return {widget.kind, family};
 }
 
@@ -62,12 +52,6 @@ fs::path createFolder(const std::string& out) {
     fs::create_directories(out, error);
     if (error) throw std::system_error(error, "cannot create the folder " + out);
     return out;
-}
-
-std::string counted(double number, const std::string& noun) {
-    std::ostringstream text;
-    text << number << " " << noun << (number == 1 ? "" : "s");
-    return text.str();
 }
 
 // SIGINT and SIGTERM as a descriptor, so one poll waits for them and for reload requests.
@@ -116,7 +100,8 @@ class Host {
             refresh();
             log::line("🔄 Host: refreshed " + counted(double(items_.size()), "widget"));
             log::line("📅 Host: next refresh in " + counted(options_.minInterval, "minute"));
-            const auto wake = waitForRefresh(start);
+            const auto wake = waitForRefresh(
+                widgetkit::RefreshSchedule::after(start, Clock::now(), options_.minInterval));
             if (wake == Wake::stop) break;
             if (wake == Wake::reload) log::line("📅 Host: refreshing after a reload request");
         }
@@ -133,17 +118,12 @@ class Host {
                      });
     }
 
-    // Until the refresh budget is spent or a reload request comes; a second request within a
-    // second of the last refresh waits for that second to pass, so a burst makes one refresh.
-    Wake waitForRefresh(Clock::time_point lastStart) {
-        const auto budgetEnd =
-            Clock::now() + std::chrono::duration_cast<Clock::duration>(
-                               std::chrono::duration<double>(options_.minInterval * 60));
-        std::optional<Clock::time_point> reloadAt;
+    // Until the schedule's refresh falls due.
+    Wake waitForRefresh(widgetkit::RefreshSchedule schedule) {
         for (;;) {
-            const auto due = std::min(budgetEnd, reloadAt.value_or(budgetEnd));
+            const auto due = schedule.due();
             const auto now = Clock::now();
-            if (now >= due) return due == reloadAt ? Wake::reload : Wake::budget;
+            if (now >= due) return schedule.dueToReload() ? Wake::reload : Wake::budget;
             std::array<pollfd, 2> watched{
                 {{signals_.fd(), POLLIN, 0}, {listener_.fd(), POLLIN, 0}}};
             const auto wait = std::chrono::ceil<std::chrono::milliseconds>(due - now);
@@ -154,9 +134,7 @@ class Host {
                 signals_.take();
                 return Wake::stop;
             }
-            if (watched[1].revents != 0 && listener_.drain() && !reloadAt) {
-                reloadAt = std::max(Clock::now(), lastStart + kReloadSpacing);
-            }
+            if (watched[1].revents != 0 && listener_.drain()) schedule.requestReload(Clock::now());
         }
     }
 
@@ -180,9 +158,7 @@ CLI::App* addHostCommand(CLI::App& app, HostOptions& options) {
         ->add_option("--widgets", options.widgets,
                      "KIND:FAMILY,... (default: every widget in every size it offers)")
         ->delimiter(',');
-    addNumberOption(*command, "--min-interval", options.minInterval,
-                    "Minutes between refreshes without a reload request (default 15)",
-                    {0, kMaxMinutes});
+    addMinIntervalOption(*command, options.minInterval);
     addRenderOptions(*command, options.render);
     command->footer(
         "The device options hold for every refresh; with --at the clock stays at that instant.");
@@ -192,10 +168,7 @@ CLI::App* addHostCommand(CLI::App& app, HostOptions& options) {
 int runHost(const HostOptions& options) {
     requiredOutputFolder(options.out);
     auto items = selectedWidgets(options.widgets);
-    if (options.minInterval <= 0) {
-        throw UsageError("--min-interval must be more than 0 and at most " +
-                         counted(kMaxMinutes, "minute"));
-    }
+    requireMinInterval(options.minInterval);
     return Host(options, std::move(items)).run();
 }
 

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "cli/bar_command.hpp"
 #include "cli/command_line.hpp"
 #include "cli/device_options.hpp"
 #include "cli/drawing_commands.hpp"
@@ -24,6 +25,9 @@ int main(int argc, char** argv) {
     TimelineOptions timeline;
     auto* timelineCommand = addTimelineCommand(app, timeline);
     const auto drawingCommands = addDrawingCommands(app);
+    const auto* desktopCommand = addDesktopHandOver(app);
+    BarOptions bar;
+    auto* barCommand = addBarCommand(app, bar);
     auto* reloadCommand = addReloadCommand(app);
     LocationsOptions locations;
     auto* locationsCommand = addLocationsCommand(app, locations);
@@ -33,15 +37,18 @@ int main(int argc, char** argv) {
     return commandLine.run(argc, argv, [&] {
         // The drawing program reads the device options itself.
         if (std::ranges::any_of(drawingCommands, &CLI::App::parsed)) runDrawingProgram(argv);
+        if (desktopCommand->parsed()) runDesktopProgram(argv);
         applyDeviceOptions(commandLine.device,
                            recordCommand->parsed() ? recordPlace(record) : std::nullopt);
-        if (recordCommand->parsed() || eclipsesCommand->parsed() || timelineCommand->parsed()) {
+        if (recordCommand->parsed() || eclipsesCommand->parsed() || timelineCommand->parsed() ||
+            barCommand->parsed()) {
             requireInstalledData();
         }
         if (recordCommand->parsed()) return runRecord(record);
         if (eclipsesCommand->parsed()) return runEclipses(eclipses);
         if (timelineCommand->parsed()) return runTimeline(timeline);
         if (reloadCommand->parsed()) return runReload();
+        if (barCommand->parsed()) return runBar(bar);
         if (locationsCommand->parsed()) return runLocations(*locationsCommand, locations);
         return runPreferences(*preferencesCommand, preferences);
     });

@@ -1,5 +1,7 @@
 #include "cli/widget_request.hpp"
 
+#include <sstream>
+
 #include "locations/widget_location_cache.hpp"
 #include "platform/main_queue.hpp"
 #include "timeline/entry_details.hpp"
@@ -24,6 +26,9 @@ std::string familyNames(const std::vector<widgetkit::WidgetFamily>& families) {
     }
     return names;
 }
+
+// Also keeps every wait within poll's millisecond count.
+constexpr double kMaxMinutes = 7 * 24 * 60;
 
 }  // namespace
 
@@ -50,6 +55,33 @@ std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetReque
                          familyNames(widget->supportedFamilies) + ")");
     }
     return {*widget, *family};
+}
+
+std::pair<WidgetKind, widgetkit::WidgetFamily> widgetChoice(const std::string& text) {
+    const auto colon = text.find(':');
+    if (colon == std::string::npos) {
+        throw UsageError("--widgets wants KIND:FAMILY, not '" + text + "'");
+    }
+    return requestedWidget({.kind = text.substr(0, colon), .family = text.substr(colon + 1)});
+}
+
+std::string counted(double number, const std::string& noun) {
+    std::ostringstream text;
+    text << number << " " << noun << (number == 1 ? "" : "s");
+    return text.str();
+}
+
+void addMinIntervalOption(CLI::App& command, double& minutes) {
+    addNumberOption(command, "--min-interval", minutes,
+                    "Minutes between refreshes without a reload request (default 15)",
+                    {0, kMaxMinutes});
+}
+
+void requireMinInterval(double minutes) {
+    if (minutes <= 0) {
+        throw UsageError("--min-interval must be more than 0 and at most " +
+                         counted(kMaxMinutes, "minute"));
+    }
 }
 
 void requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,

@@ -26,6 +26,17 @@ void addWidgetRequestOptions(CLI::App& command, WidgetRequest& request);
 // never asks for one.
 std::pair<WidgetKind, widgetkit::WidgetFamily> requestedWidget(const WidgetRequest& request);
 
+// A widget and size written KIND:FAMILY, as --widgets takes them; throws UsageError otherwise.
+std::pair<WidgetKind, widgetkit::WidgetFamily> widgetChoice(const std::string& text);
+
+// --min-interval, a host's refresh budget in minutes (default 15).
+void addMinIntervalOption(CLI::App& command, double& minutes);
+// Throws UsageError unless the budget is more than 0.
+void requireMinInterval(double minutes);
+
+// "1 widget", "2 widgets".
+std::string counted(double number, const std::string& noun);
+
 // What the entry is asked for: an entry to be drawn carries what the views show besides the
 // record.
 enum class EntryPurpose { print, draw };

@@ -18,7 +18,8 @@ fs::path executableFolder() {
 
 fs::path prefix() {
     fs::path folder = executableFolder();
-    // The drawing program's folder below the prefix, matched from its last part up.
+    // The folder of the drawing and desktop programs below the prefix, matched from its last part
+    // up.
     const fs::path drawingFolder = fs::path(LUNOVAL_LIBEXECDIR) / "lunoval";
     fs::path above = folder;
     for (auto part = drawingFolder.end(); part != drawingFolder.begin();) {
@@ -39,6 +40,10 @@ fs::path localeDirectory() {
 
 fs::path drawingProgram() {
     return prefix() / LUNOVAL_LIBEXECDIR / "lunoval" / "lunoval-draw";
+}
+
+fs::path desktopProgram() {
+    return prefix() / LUNOVAL_LIBEXECDIR / "lunoval" / "lunoval-desktop";
 }
 
 fs::path placesModule() {

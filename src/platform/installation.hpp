@@ -10,11 +10,12 @@ namespace lunoval::installation {
 // installed under any prefix, or moved with it, finds what it needs.
 std::filesystem::path prefix();
 
-// The resource bundles, the translation catalogues, the drawing program and the world
-// locations module under the prefix.
+// The resource bundles, the translation catalogues, the drawing and desktop programs and the
+// world locations module under the prefix.
 std::filesystem::path dataDirectory();
 std::filesystem::path localeDirectory();
 std::filesystem::path drawingProgram();
+std::filesystem::path desktopProgram();
 std::filesystem::path placesModule();
 
 }  // namespace lunoval::installation
