@@ -47,7 +47,7 @@ void follow(const std::string& url, desktop::PlacesWindow& places) {
         return;
     }
     GError* error = nullptr;
-    if (!g_app_info_launch_default_for_uri(url.c_str(), nullptr, &error)) {
+    if (g_app_info_launch_default_for_uri(url.c_str(), nullptr, &error) == FALSE) {
         log::warning("cannot open " + url + ": " + error->message);
         g_error_free(error);
     }
@@ -74,7 +74,7 @@ int showPlacesAlone() {
     return 0;
 }
 
-int showWidgets(const DesktopOptions& options, std::vector<desktop::DesktopWidget> widgets) {
+int showWidgets(const DesktopOptions& options, const std::vector<desktop::DesktopWidget>& widgets) {
     std::unique_ptr<desktop::DesktopHost> host;
     const auto refresh = [&host] { host->reload(); };
     std::optional<desktop::DesktopWindow> window;
@@ -153,13 +153,13 @@ int runDesktop(const DesktopOptions& options) {
     // without OpenGL, which the widgets never use, GDK loads no GL driver (50 MB with Mesa's).
     g_setenv("GDK_RENDERING", "image", FALSE);
     g_setenv("GDK_GL", "disable", FALSE);
-    if (!gtk_init_check(nullptr, nullptr)) {
+    if (gtk_init_check(nullptr, nullptr) == FALSE) {
         throw std::runtime_error(
             "cannot open a display (neither WAYLAND_DISPLAY nor DISPLAY works)");
     }
     quitOnSignals();
     if (options.open) return showPlacesAlone();
-    return showWidgets(options, std::move(widgets));
+    return showWidgets(options, widgets);
 }
 
 }  // namespace lunoval::cli

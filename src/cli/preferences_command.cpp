@@ -29,8 +29,7 @@ void requireKnown(const std::string& key) {
     }
 }
 
-// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): a key and its text, as the command line
-// gives them
+// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): a key, then its text
 PropertyValue parsedValue(const std::string& key, const std::string& text) {
     if (key == kOutputFolder) return std::filesystem::absolute(text).lexically_normal().string();
     if (const auto scale = decimalNumber(text);

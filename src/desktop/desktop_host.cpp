@@ -64,7 +64,7 @@ gboolean DesktopHost::onTimer(gpointer data) {
     return G_SOURCE_REMOVE;
 }
 
-gboolean DesktopHost::onRequest(gint, GIOCondition, gpointer data) {
+gboolean DesktopHost::onRequest(gint /*fd*/, GIOCondition /*condition*/, gpointer data) {
     auto* self = static_cast<DesktopHost*>(data);
     if (self->listener_->drain()) self->reload();
     return G_SOURCE_CONTINUE;

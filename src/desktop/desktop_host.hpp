@@ -33,8 +33,8 @@ class DesktopHost {
     void reload();
 
   private:
-    static gboolean onTimer(gpointer self);
-    static gboolean onRequest(gint fd, GIOCondition condition, gpointer self);
+    static gboolean onTimer(gpointer data);
+    static gboolean onRequest(gint fd, GIOCondition condition, gpointer data);
     void refresh();
     void wakeAt(widgetkit::RefreshSchedule::Clock::time_point due);
 

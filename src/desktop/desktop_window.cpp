@@ -178,7 +178,7 @@ gboolean DesktopWindow::draw(GtkWidget* area, cairo_t* cairo, Slot* slot) {
     return TRUE;
 }
 
-gboolean DesktopWindow::press(GtkWidget*, GdkEventButton* event, Slot* slot) {
+gboolean DesktopWindow::press(GtkWidget* /*widget*/, GdkEventButton* event, Slot* slot) {
     if (event->type != GDK_BUTTON_PRESS) return FALSE;
     if (event->button == GDK_BUTTON_SECONDARY) {
         slot->window->popUpMenu(*slot, reinterpret_cast<const GdkEvent*>(event));

@@ -6,11 +6,11 @@ namespace {
 
 using Action = std::function<void()>;
 
-void runAction(GtkWidget*, gpointer action) {
+void runAction(GtkWidget* /*widget*/, gpointer action) {
     (*static_cast<Action*>(action))();
 }
 
-void dropAction(gpointer action, GClosure*) {
+void dropAction(gpointer action, GClosure* /*closure*/) {
     delete static_cast<Action*>(action);
 }
 

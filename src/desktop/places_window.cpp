@@ -1,11 +1,14 @@
 #include "desktop/places_window.hpp"
 
+#include <array>
+
 #include "desktop/gtk_actions.hpp"
 
 namespace lunoval::desktop {
 
 namespace {
 
+// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): icon, then its tooltip, as GTK
 GtkWidget* iconButton(const char* icon, const char* tooltip) {
     GtkWidget* button = gtk_button_new_from_icon_name(icon, GTK_ICON_SIZE_BUTTON);
     gtk_widget_set_tooltip_text(button, tooltip);
@@ -107,19 +110,20 @@ void PlacesWindow::addRow(const SavedPlaces& places, std::size_t index) {
     });
     gtk_box_pack_start(GTK_BOX(row), select, TRUE, TRUE, 0);
     if (index > 0) {
-        const struct {
+        struct Button {
             const char* icon;
             const char* tooltip;
             std::vector<std::string> arguments;
             bool shown;
-        } buttons[] = {
+        };
+        const std::array<Button, 3> buttons{{
             {"go-up-symbolic", "Move up", {"move", number, std::to_string(index - 1)}, index > 1},
             {"go-down-symbolic",
              "Move down",
              {"move", number, std::to_string(index + 1)},
              index < last},
             {"list-remove-symbolic", "Remove", {"remove", number}, true},
-        };
+        }};
         for (const auto& button : buttons) {
             GtkWidget* widget = iconButton(button.icon, button.tooltip);
             gtk_widget_set_sensitive(widget, button.shown);

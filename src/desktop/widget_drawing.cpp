@@ -1,5 +1,6 @@
 #include "desktop/widget_drawing.hpp"
 
+#include <array>
 #include <numbers>
 
 #include "ui/painter.hpp"
@@ -15,9 +16,11 @@ constexpr double kCornerRadius = 22;
 // more pixels than the corners hold.
 void cornerPieces(cairo_t* cairo, double width, double height, double radius) {
     using std::numbers::pi;
-    const struct {
+    struct Corner {
         double x, y, angle;  // the corner, and where its arc starts
-    } corners[] = {{0, 0, pi}, {width, 0, -pi / 2}, {width, height, 0}, {0, height, pi / 2}};
+    };
+    const std::array<Corner, 4> corners{
+        {{0, 0, pi}, {width, 0, -pi / 2}, {width, height, 0}, {0, height, pi / 2}}};
     for (const auto& corner : corners) {
         const double cx = corner.x == 0 ? radius : width - radius;
         const double cy = corner.y == 0 ? radius : height - radius;

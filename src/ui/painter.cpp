@@ -173,7 +173,7 @@ class Walker {
         open_.push_back({group.isLayer, group.opacity, group.blendMode});
     }
 
-    void handle(const EndGroup&) {
+    void handle(const EndGroup& /*end*/) {
         if (!open_.empty()) close();
     }
 

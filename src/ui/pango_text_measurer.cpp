@@ -13,7 +13,7 @@ TextMeasurement layOutAndMeasure(std::string_view text, const Font& font,
     pango_layout_get_extents(layout.get(), nullptr, &logical);
     const int wrapWidth = pango_layout_get_width(layout.get());
     // Even an ellipsis may be wider than the width allowed; newlines can make more lines.
-    const bool truncated = pango_layout_is_ellipsized(layout.get()) ||
+    const bool truncated = pango_layout_is_ellipsized(layout.get()) != FALSE ||
                            (maxLines > 0 && pango_layout_get_line_count(layout.get()) > maxLines) ||
                            (wrapWidth >= 0 && logical.width > wrapWidth);
     return {{pango_units_to_double(logical.width), pango_units_to_double(logical.height)},

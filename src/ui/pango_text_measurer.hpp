@@ -25,6 +25,7 @@ class PangoTextMeasurer final : public TextMeasurer {
         FontWeight weight;
         std::optional<double> maxWidth;
         int maxLines;
+        // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 misreads a defaulted <=>
         auto operator<=>(const Question&) const = default;
     };
     mutable std::mutex mutex_;

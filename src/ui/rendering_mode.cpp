@@ -53,7 +53,8 @@ DisplayList applyRenderingMode(DisplayList list, RenderingMode mode, Color accen
         } else if (std::holds_alternative<EndGroup>(command)) {
             if (erasing.size() > 1) erasing.pop_back();
         } else if (const auto* fill = std::get_if<FillPath>(&command);
-                   !erasing.back() && !(fill && fill->blendMode == BlendMode::destinationOut)) {
+                   !erasing.back() &&
+                   !(fill != nullptr && fill->blendMode == BlendMode::destinationOut)) {
             map.apply(command);
         }
     }

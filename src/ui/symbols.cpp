@@ -63,12 +63,13 @@ Rect fitted(Rect frame, double aspectRatio) {
 }  // namespace
 
 const SymbolDrawing* findSymbol(std::string_view name) {
-    const auto found = std::ranges::find(kSymbols, name, &Entry::name);
+    const auto* const found = std::ranges::find(kSymbols, name, &Entry::name);
     return found == kSymbols.end() ? nullptr : &found->drawing;
 }
 
 std::vector<std::string_view> symbolNames() {
     std::vector<std::string_view> names;
+    names.reserve(kSymbols.size());
     for (const auto& entry : kSymbols) names.push_back(entry.name);
     return names;
 }

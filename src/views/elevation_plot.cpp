@@ -1,5 +1,7 @@
 #include "views/elevation_plot.hpp"
 
+#include <array>
+
 namespace lunoval {
 
 namespace {
@@ -9,7 +11,7 @@ using ui::Path;
 using ui::Point;
 using ui::StrokeStyle;
 
-constexpr double kGuideFractions[] = {0.25, 0.5, 0.75};
+constexpr std::array<double, 3> kGuideFractions{0.25, 0.5, 0.75};
 constexpr double kGlowRadius = 11;
 constexpr double kGuideLift = 8;
 

@@ -72,6 +72,7 @@ std::vector<double> pack(const std::vector<Rect>& frames, const std::vector<doub
 void spreadRow(const std::vector<MarkerBox>& boxes, std::vector<Rect>& frames,
                std::vector<std::size_t> members, Rect plot) {
     std::vector<double> weights;
+    weights.reserve(boxes.size());
     for (const auto& box : boxes) weights.push_back(weight(box));
     std::sort(members.begin(), members.end());
     const auto keepsSlidingOrder = [&](const std::vector<std::size_t>& order) {
@@ -103,6 +104,7 @@ void spreadRow(const std::vector<MarkerBox>& boxes, std::vector<Rect>& frames,
 
 std::vector<Rect> spreadMarkers(const std::vector<MarkerBox>& boxes, Rect plot) {
     std::vector<Rect> frames;
+    frames.reserve(boxes.size());
     for (const auto& box : boxes) frames.push_back(insidePlot(box.frame, plot));
     // Markers at different heights pass each other freely; those sharing a height share a row.
     std::vector<std::size_t> row;

@@ -81,9 +81,10 @@ class ElevationChartNode final : public ui::ViewNode {
         return events;
     }
 
-    [[nodiscard]] std::vector<ChartMarker> markers(const std::vector<MarkerEvent>& events,
-                                                   const ElevationScale& scale) const {
+    static std::vector<ChartMarker> markers(const std::vector<MarkerEvent>& events,
+                                            const ElevationScale& scale) {
         std::vector<ChartMarker> result;
+        result.reserve(events.size());
         for (const auto& event : events) {
             result.push_back(
                 {{scale.x(event.moon.instant), scale.y(event.moon.altitude)}, event.color});
@@ -129,6 +130,7 @@ class ElevationChartNode final : public ui::ViewNode {
     static std::vector<ui::View> markerSymbols(const std::vector<MarkerEvent>& events,
                                                const ElevationPlot& plot) {
         std::vector<ui::View> symbols;
+        symbols.reserve(events.size() + 1);
         for (const auto& event : events) {
             symbols.push_back(ui::Symbol(event.symbol)
                                   .font(ui::Font::system(14, ui::FontWeight::semibold))

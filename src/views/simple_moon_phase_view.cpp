@@ -24,8 +24,7 @@ namespace {
 
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 
-// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): size and outline in points, then pixels per
-// point
+// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): points, then pixels per point
 DiscGeometry geometry(double size, double strokeWidth, double scale) {
     const auto snap = [scale](double value) { return std::round(value * scale) / scale; };
     const double d = size - 2 * strokeWidth;

@@ -75,7 +75,7 @@ View timePair(const char* symbol, const std::string& time, double fontSize, Colo
 }
 
 // Fills the accessory and sits at its leading edge, as the host's own rectangular ones do.
-View leadingInAccessory(View content) {
+View leadingInAccessory(const View& content) {
     return content.frame(
         FlexibleFrame{.maxWidth = kFill, .maxHeight = kFill, .alignment = Alignment::leading});
 }
