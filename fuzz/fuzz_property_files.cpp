@@ -47,14 +47,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     place(file, bytes);
 
     const UserDefaults defaults(file);
-    (void)widgetcache::cachedLocation(defaults, Location{48.85, 2.35});
-    (void)widgetcache::shouldRequestLocation(defaults);
-    ManualQueue queue(Date::fromTimeIntervalSince1970(1760000000));
+    const auto now = Date::fromTimeIntervalSince1970(1760000000);
+    (void)widgetcache::cachedLocation(defaults, Location{48.85, 2.35}, now);
+    (void)widgetcache::shouldRequestLocation(defaults, now);
+    ManualQueue queue(now);
     place(folder() / "legacy.plist", bytes);
     LocationManager places({.sharedDefaults = UserDefaults(folder() / "copy.plist"),
                             .legacyListFile = folder() / "legacy.plist",
                             .mainQueue = &queue,
-                            .makePlatformManager = nullptr});
+                            .makePlatformManager = nullptr,
+                            .clock = queue.clock()});
     place(folder() / "copy.plist", bytes);
     places.loadFromSharedContainerFile();
     (void)places.GetLocationDataAtIndex(places.GetSelectedLocationIndex());
