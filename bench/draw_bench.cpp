@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "app/widget_renderer.hpp"
+#include "paris_widgets.hpp"
 #include "timeline/elevation_day.hpp"
-#include "timeline/entry_details.hpp"
 #include "timeline/widget_data_builder.hpp"
 #include "ui/painter.hpp"
 #include "ui/pango_text_measurer.hpp"
@@ -73,18 +73,9 @@ BENCHMARK(elevationChart)->Repetitions(9)->ReportAggregatesOnly(true);
 // The first widget of the bundle that offers the family, showing a filled Paris record; laid
 // out, painted and encoded as PNG at scale 3, as `render` does once the provider has answered.
 void widgetFamily(benchmark::State& state, widgetkit::WidgetFamily family) {
-    const auto now = Date::fromTimeIntervalSince1970(1760000000);
-    const auto paris = *TimeZone::named("Europe/Paris");
-    const RequestContext context{.clock = fixedClock(now),
-                                 .deviceZone = paris,
-                                 .locale = "en_US",
-                                 .sources = AstronomySources::shared(paris)};
-    MoonWidgetData record{.latitude = 48.8566, .longitude = 2.3522, .timezone = "Europe/Paris"};
-    fill(record, now, SunTimes::include, Solar::Tilt::at(now), context.sources);
-    const MoonWidgetEntry entry{.date = now, .widgetData = record};
-    const auto widgets = LunovalWidgetBundle::body();
-    const auto& widget = *std::find_if(widgets.begin(), widgets.end(),
-                                       [family](const auto& w) { return w.supports(family); });
+    const auto context = bench::parisContext();
+    const auto entry = bench::parisEntry(context);
+    const auto widget = bench::widgetOffering(family);
     const ui::PangoTextMeasurer measurer;
     for (auto _ : state) {
         // The details as the host works them out for each entry it draws.
@@ -94,16 +85,6 @@ void widgetFamily(benchmark::State& state, widgetkit::WidgetFamily family) {
             ui::encodeImage(rendered.list, rendered.environment, ui::ImageFormat::png));
     }
 }
-const bool kFamiliesRegistered = [] {
-    using enum widgetkit::WidgetFamily;
-    for (const auto family : {systemSmall, systemMedium, systemLarge, accessoryCircular,
-                              accessoryRectangular, accessoryInline}) {
-        const auto name = "widgetFamily/" + std::string(widgetkit::familyName(family));
-        benchmark::RegisterBenchmark(name.c_str(), widgetFamily, family)
-            ->Repetitions(9)
-            ->ReportAggregatesOnly(true);
-    }
-    return true;
-}();
+const bool kFamiliesRegistered = bench::registerPerFamily("widgetFamily", widgetFamily);
 
 }  // namespace

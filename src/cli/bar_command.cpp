@@ -43,7 +43,7 @@ std::string barLine(const MoonSummary& summary, BarFormat format) {
 
 std::string currentLine(BarFormat format) {
     std::string line;
-    requestEntry({}, widgetkit::WidgetFamily::systemSmall, EntryPurpose::draw,
+    requestEntry({}, widgetkit::WidgetFamily::systemSmall, EntryPurpose::summarize,
                  [&](const MoonWidgetEntry& entry) {
                      const auto summary = moonSummary(entry);
                      line = barLine(summary.value_or(noMoon()), format);

@@ -90,8 +90,18 @@ void requestEntry(const WidgetRequest& request, widgetkit::WidgetFamily family,
     const auto requestContext = device::requestContext(queue);
     const MoonWidgetTimelineProvider provider(queue, requestContext, appGroupDefaults());
     const widgetkit::Context context{.family = family, .isPreview = request.preview};
-    const auto answer = [&](const MoonWidgetEntry& entry) {
-        use(purpose == EntryPurpose::draw ? withDetails(entry, requestContext) : entry);
+    const auto answer = [&](MoonWidgetEntry entry) {
+        switch (purpose) {
+            case EntryPurpose::print:
+                break;
+            case EntryPurpose::summarize:
+                entry.details.format = localFormat(entry.widgetData, requestContext);
+                break;
+            case EntryPurpose::draw:
+                entry = withDetails(std::move(entry), requestContext);
+                break;
+        }
+        use(entry);
     };
 
     if (request.placeholder) {

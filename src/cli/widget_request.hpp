@@ -38,8 +38,8 @@ void requireMinInterval(double minutes);
 std::string counted(double number, const std::string& noun);
 
 // What the entry is asked for: an entry to be drawn carries what the views show besides the
-// record.
-enum class EntryPurpose { print, draw };
+// record; one to be summed up in a line only how its times are written.
+enum class EntryPurpose { print, summarize, draw };
 
 // One entry from the provider, through location resolution for a timeline, handed to `use` as
 // soon as it is there; returns once the request's remaining work (a late fix to cache) is done,

@@ -5,14 +5,17 @@
 
 namespace lunoval {
 
+LocalFormat localFormat(const std::optional<MoonWidgetData>& record,
+                        const RequestContext& context) {
+    const auto named = record ? TimeZone::named(record->timezone) : std::nullopt;
+    return {.locale = context.locale, .zone = named.value_or(context.deviceZone)};
+}
+
 MoonWidgetEntry withDetails(MoonWidgetEntry entry, const RequestContext& context) {
     auto& details = entry.details;
-    details.format.locale = context.locale;
-    details.format.zone = context.deviceZone;
+    details.format = localFormat(entry.widgetData, context);
     if (!entry.widgetData) return entry;
     const auto& record = *entry.widgetData;
-    // A record whose zone is unknown is drawn in the device's.
-    details.format.zone = TimeZone::named(record.timezone).value_or(context.deviceZone);
     details.month = phaseMonth(record, details.format.zone, context.sources.phaseTable);
     details.elevation = elevationDay(record, details.format.zone);
     return entry;

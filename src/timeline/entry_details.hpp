@@ -11,4 +11,8 @@ namespace lunoval {
 // tables than the record did.
 MoonWidgetEntry withDetails(MoonWidgetEntry entry, const RequestContext& context);
 
+// How the record's instants are written: the device's locale, in the record's zone, or the
+// device's when the record names none it knows.
+LocalFormat localFormat(const std::optional<MoonWidgetData>& record, const RequestContext& context);
+
 }  // namespace lunoval
