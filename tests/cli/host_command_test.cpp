@@ -2,7 +2,6 @@
 
 #include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -20,10 +19,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-// `lunoval host` in the background on a fresh machine: its own home, runtime folder and log.
+// `lunoval host` in the background on a fresh machine, its log in a file of its own.
 class HostCommand : public ::testing::Test {
   protected:
-    HostCommand() { fs::create_directory(runtime_); }
     ~HostCommand() override {
         if (pid_ > 0) stop(SIGKILL);
     }
@@ -45,15 +43,8 @@ class HostCommand : public ::testing::Test {
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-    [[nodiscard]] std::string log() const { return readWholeFile(log_).value_or(""); }
-
-    [[nodiscard]] int count(const std::string& lines) const {
-        const auto text = log();
-        int found = 0;
-        for (auto at = text.find(lines); at != std::string::npos; at = text.find(lines, at + 1)) {
-            ++found;
-        }
-        return found;
+    [[nodiscard]] long count(const std::string& lines) const {
+        return testing::countOf(readWholeFile(log_).value_or(""), lines);
     }
 
     bool waitFor(const std::string& lines, int times, std::chrono::milliseconds allowed = 5s) {
@@ -65,78 +56,32 @@ class HostCommand : public ::testing::Test {
     }
 
     testing::TempFolder temp_{"lunoval-host"};
-    const fs::path& root_ = temp_.path();
-    const fs::path runtime_ = root_ / "run";
-    const fs::path out_ = root_ / "out";
-    const fs::path log_ = root_ / "host.log";
+    const fs::path out_ = temp_.path() / "out";
+    const fs::path log_ = temp_.path() / "host.log";
     // `lunoval reload` finds the host through the runtime folder.
-    const std::string env_ =
-        "HOME=" + root_.string() + " XDG_CONFIG_HOME= XDG_RUNTIME_DIR=" + runtime_.string();
+    const std::string env_ = testing::freshHome(temp_.path());
     pid_t pid_ = -1;
 };
 
-TEST_F(HostCommand, RefreshesOnReloadRequestsAndStopsOnSigterm) {
+TEST_F(HostCommand, RefreshesOnReloadRequestsAndOnItsBudgetUntilStopped) {
     const std::string refreshed = "🔄 Host: refreshed 2 widgets\n📅 Host: next refresh in 15 minutes";
     start("--widgets MoonTimesWidget:accessoryInline,MoonPhaseWidget:systemSmall");
-    ASSERT_TRUE(waitFor(refreshed, 1)) << log();
+    ASSERT_TRUE(waitFor(refreshed, 1)) << readWholeFile(log_).value_or("");
     EXPECT_TRUE(fs::exists(out_ / "MoonTimesWidget-accessoryInline.png"));
     EXPECT_EQ(std::distance(fs::directory_iterator(out_), {}), 3);  // and index.html
-
     EXPECT_EQ(testing::runLunoval("reload", env_).status, 0);
     ASSERT_TRUE(waitFor(refreshed, 2, 2s));
     EXPECT_EQ(count("📅 Host: refreshing after a reload request\n"), 1);
 
-    // Ten requests in a burst make no more than a refresh a second (a slow, instrumented build
-    // stretches the burst, so the bound follows the time it took).
-    const auto burstStart = std::chrono::steady_clock::now();
-    for (int i = 0; i < 10; ++i) {
-        testing::runLunoval("reload", env_);
-        std::this_thread::sleep_for(80ms);
-    }
-    std::this_thread::sleep_for(1500ms);
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(
-                             std::chrono::steady_clock::now() - burstStart)
-                             .count();
-    EXPECT_GE(count(refreshed), 3);
-    EXPECT_LE(count(refreshed), 3 + seconds) << seconds << " s";
-
     EXPECT_EQ(stop(SIGTERM), 0);
-    EXPECT_NE(log().find("ℹ️ Host: stopped\n"), std::string::npos) << log();
-    EXPECT_FALSE(fs::exists(runtime_ / "lunoval/reload.sock"));
-}
+    EXPECT_EQ(count("ℹ️ Host: stopped\n"), 1);
+    EXPECT_FALSE(fs::exists(temp_.path() / "lunoval/reload.sock"));
 
-TEST_F(HostCommand, RefreshesEveryWidgetOnItsBudgetUntilSigint) {
-    start("--min-interval 0.01");
+    start("--min-interval 0.01");  // every widget
     ASSERT_TRUE(
-        waitFor("🔄 Host: refreshed 12 widgets\n📅 Host: next refresh in 0.01 minutes\n", 3, 30s))
-        << log();
+        waitFor("🔄 Host: refreshed 12 widgets\n📅 Host: next refresh in 0.01 minutes\n", 3, 30s));
     EXPECT_EQ(stop(SIGINT), 0);
     EXPECT_EQ(std::distance(fs::directory_iterator(out_), {}), 13);
-}
-
-TEST_F(HostCommand, NothingHappensOnBadInputOrWithoutAHost) {
-    const auto reload = testing::runLunoval("reload", env_);
-    EXPECT_EQ(reload.status, 0);
-    EXPECT_EQ(reload.out + reload.err, "");
-    for (const auto& [arguments, named] : std::vector<std::pair<std::string, std::string>>{
-             {"--widgets MoonPhaseWidget", "KIND:FAMILY"},
-             {"--widgets ClockWidget:systemSmall", "ClockWidget"},
-             {"--widgets MoonPhaseWidget:systemSmall,MoonPhaseWidget:systemHuge", "systemHuge"},
-             {"--widgets MoonPhaseWidget:systemMedium", "systemMedium"},
-             {"--min-interval 0", "--min-interval"},
-             {"--min-interval nan", "--min-interval"}}) {
-        const auto run = testing::runLunoval("host --out " + out_.string() + " " + arguments, env_);
-        EXPECT_EQ(run.status, 2) << arguments;
-        EXPECT_TRUE(run.err.starts_with("lunoval: ")) << run.err;
-        EXPECT_NE(run.err.find(named), std::string::npos) << run.err;
-    }
-    EXPECT_FALSE(fs::exists(out_));
-    EXPECT_TRUE(fs::is_empty(runtime_));
-
-    writeFileAtomically(out_, "not a folder");
-    const auto run = testing::runLunoval("host --out " + (out_ / "images").string(), env_);
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.err.find("cannot create the folder"), std::string::npos) << run.err;
 }
 
 }  // namespace

@@ -26,4 +26,15 @@ CommandResult runLunoval(const std::string& arguments, const std::string& enviro
     return run;
 }
 
+std::string freshHome(const std::filesystem::path& home) {
+    return "HOME=" + home.string() +
+           " XDG_CONFIG_HOME= XDG_DATA_HOME= XDG_CACHE_HOME= XDG_RUNTIME_DIR=" + home.string();
+}
+
+long countOf(const std::string& text, const std::string& part) {
+    long found = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++found;
+    return found;
+}
+
 }  // namespace lunoval::testing
