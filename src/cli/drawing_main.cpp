@@ -14,17 +14,18 @@
 
 namespace {
 
-constexpr int kLargeSurfaceBytes = 64 << 20;
+constexpr int kSurfaceBytes = 256 << 10;
 
 }  // namespace
 
 // The commands of lunoval that draw; lunoval hands them over with its own command line.
 // NOLINTNEXTLINE(bugprone-exception-escape): setting the options up throws only on a slip of ours
 int main(int argc, char** argv) {
-    // Drawing allocates large scratch surfaces, one per layer; keeping freed ones in the heap
-    // spares the page faults of mapping each one anew.
-    mallopt(M_MMAP_THRESHOLD, kLargeSurfaceBytes);
-    mallopt(M_TRIM_THRESHOLD, 2 * kLargeSurfaceBytes);
+    // Each image's surface is mapped on its own and handed back when the image is written:
+    // kept in the heap, the surfaces of a gallery would stay resident side by side. Mapping
+    // each anew costs page faults, a few milliseconds a gallery.
+    mallopt(M_MMAP_THRESHOLD, kSurfaceBytes);
+    mallopt(M_TRIM_THRESHOLD, 2 * kSurfaceBytes);
     using namespace lunoval::cli;
     CommandLine commandLine;
     auto& app = commandLine.app;

@@ -1,13 +1,13 @@
 #include "cli/gallery_command.hpp"
 
 #include <algorithm>
-#include <atomic>
 #include <filesystem>
 #include <future>
 #include <thread>
 #include <vector>
 
 #include "cli/drawing_commands.hpp"
+#include "cli/drawing_queue.hpp"
 #include "cli/preferences_command.hpp"
 #include "cli/render_command.hpp"
 #include "cli/widget_request.hpp"
@@ -30,18 +30,28 @@ bool hasPlace(const DeviceOptions& device) {
 
 void writeGallery(const std::filesystem::path& folder, std::vector<GalleryItem>& items,
                   const MoonWidgetEntry& entry, const RenderOptions& options,
-                  const ui::TextMeasurer& measurer) {
-    // The images do not depend on one another: every core draws, taking the next one left.
-    std::atomic<std::size_t> next = 0;
+                  const ui::TextMeasurer& measurer, DrawingCores cores) {
+    // The images do not depend on one another: every core draws, taking the next one that fits.
+    std::vector<double> areas;
+    areas.reserve(items.size());
+    for (const auto& item : items) {
+        const auto size = widgetkit::familySize(item.family);
+        areas.push_back(size.width * size.height);
+    }
+    DrawingQueue queue(areas);
     const auto drawRemaining = [&] {
-        for (auto index = next++; index < items.size(); index = next++) {
-            auto& item = items[index];
+        while (const auto index = queue.take()) {
+            const DrawingQueue::Drawn drawn(queue, *index);
+            auto& item = items[*index];
             const auto rendered = renderWidget(item.widget, item.family, entry, options, measurer);
             item.tapURL = rendered.list.widgetURL;
             ui::writeImage(rendered.list, rendered.environment, folder / item.imageName());
         }
     };
-    const auto helpers = std::min<std::size_t>(std::thread::hardware_concurrency(), items.size());
+    const auto helpers =
+        cores == DrawingCores::one
+            ? 1
+            : std::min<std::size_t>(std::thread::hardware_concurrency(), items.size());
     std::vector<std::future<void>> drawing;
     for (std::size_t helper = 1; helper < helpers; ++helper) {
         drawing.push_back(std::async(std::launch::async, drawRemaining));
@@ -76,7 +86,8 @@ int runGallery(const GalleryOptions& options, const DeviceOptions& device) {
     auto items = allWidgets();
     requestEntry(request, widgetkit::WidgetFamily::systemSmall, EntryPurpose::draw,
                  [&](const MoonWidgetEntry& entry) {
-                     writeGallery(folder, items, entry, options.render, ui::PangoTextMeasurer{});
+                     writeGallery(folder, items, entry, options.render, ui::PangoTextMeasurer{},
+                                  DrawingCores::every);
                  });
     return 0;
 }

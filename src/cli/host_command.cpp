@@ -114,7 +114,8 @@ class Host {
     void refresh() {
         requestEntry({}, widgetkit::WidgetFamily::systemSmall, EntryPurpose::draw,
                      [this](const MoonWidgetEntry& entry) {
-                         writeGallery(folder_, items_, entry, options_.render, measurer_);
+                         writeGallery(folder_, items_, entry, options_.render, measurer_,
+                                      DrawingCores::one);
                      });
     }
 

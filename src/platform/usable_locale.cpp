@@ -2,9 +2,9 @@
 
 #include <unicode/datefmt.h>
 #include <unicode/locid.h>
-#include <algorithm>
-#include <cstring>
+#include <unicode/uloc.h>
 #include <memory>
+#include <string_view>
 
 namespace lunoval {
 
@@ -12,12 +12,16 @@ namespace {
 
 constexpr const char* kLastResort = "en_US_POSIX";
 
+// The identifiers alone: ICU's list of locale objects would keep a few hundred kilobytes for
+// the process's life.
 bool hasLanguage(const icu::Locale& locale) {
-    int32_t count = 0;
-    const icu::Locale* available = icu::Locale::getAvailableLocales(count);
-    return std::any_of(available, available + count, [&](const icu::Locale& known) {
-        return std::strcmp(known.getLanguage(), locale.getLanguage()) == 0;
-    });
+    const std::string_view language = locale.getLanguage();
+    const int32_t count = uloc_countAvailable();
+    for (int32_t index = 0; index < count; ++index) {
+        const std::string_view known = uloc_getAvailable(index);
+        if (known.substr(0, known.find('_')) == language) return true;
+    }
+    return false;
 }
 
 // ICU falls back to the process's default locale for a language it lacks, marks an identifier

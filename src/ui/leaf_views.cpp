@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include "platform/log.hpp"
 #include "ui/symbols.hpp"
@@ -8,8 +9,9 @@ namespace lunoval::ui {
 
 namespace {
 
-// Steps of the search for the largest font size that fits; a twentieth of a point at most.
-constexpr int kShrinkSteps = 10;
+// Shrunk sizes lie on a quarter-point grid, so texts shrunk alike share their fonts: each new
+// size would cost Pango a font set and cairo a glyph cache for the rest of the process.
+constexpr double kShrinkGrid = 0.25;
 
 class TextNode final : public ViewNode {
   public:
@@ -40,17 +42,20 @@ class TextNode final : public ViewNode {
         return measurer.measure(content_, font, limit, lineLimit_);
     }
 
-    // Shrinks the font no further than the minimum scale, and only when the text would be cut.
+    // Shrinks the font no further than the minimum scale, and only when the text would be cut:
+    // to the largest size of the grid that fits, else to the minimum.
     [[nodiscard]] Font fittedFont(std::optional<double> width, const TextMeasurer& measurer) const {
         if (minimumScaleFactor_ >= 1 || !measure(font_, width, measurer).truncated) return font_;
-        double fits = minimumScaleFactor_;
-        double cut = 1;
-        for (int step = 0; step < kShrinkSteps; ++step) {
-            const double middle = (fits + cut) / 2;
-            const Font trial{font_.size * middle, font_.weight};
-            (measure(trial, width, measurer).truncated ? cut : fits) = middle;
+        const Font smallest{font_.size * minimumScaleFactor_, font_.weight};
+        const auto onGrid = [&](int step) { return Font{step * kShrinkGrid, font_.weight}; };
+        auto fits = static_cast<int>(std::ceil(smallest.size / kShrinkGrid));
+        auto cut = static_cast<int>(std::ceil(font_.size / kShrinkGrid));
+        if (fits >= cut || measure(onGrid(fits), width, measurer).truncated) return smallest;
+        while (cut - fits > 1) {
+            const int middle = (fits + cut) / 2;
+            (measure(onGrid(middle), width, measurer).truncated ? cut : fits) = middle;
         }
-        return {font_.size * fits, font_.weight};
+        return onGrid(fits);
     }
 
     std::string content_;

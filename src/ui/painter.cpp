@@ -210,6 +210,7 @@ class Walker {
     }
 
     void handle(const DrawText& text) {
+        const TextLock lock = lockText();
         const LayoutHandle layout = layOutText(
             text.text, text.font,
             {.width = text.frame.width, .maxLines = text.maxLines, .alignment = text.alignment});

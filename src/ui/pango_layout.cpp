@@ -24,10 +24,11 @@ PangoContext* createContext() {
     return context;
 }
 
-// Pango's objects are not shared between threads: each thread lays text out in its own
-// context, over its own font map, released when the thread ends.
-PangoContext* threadContext() {
-    thread_local const std::unique_ptr<PangoContext, GObjectUnref> context(createContext());
+// One context over one font map for the process, so each font and each size is loaded once
+// whatever the number of drawing threads; Pango's objects are not safe to share between
+// threads, so every use of them holds the text lock.
+PangoContext* sharedContext() {
+    static const std::unique_ptr<PangoContext, GObjectUnref> context(createContext());
     return context.get();
 }
 
@@ -77,8 +78,13 @@ std::optional<int> wrapWidth(std::optional<double> points) {
 
 }  // namespace
 
+TextLock lockText() {
+    static std::mutex mutex;
+    return TextLock(mutex);
+}
+
 LayoutHandle layOutText(std::string_view text, const Font& font, const TextBox& box) {
-    LayoutHandle layout(pango_layout_new(threadContext()));
+    LayoutHandle layout(pango_layout_new(sharedContext()));
     pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
     setFont(layout.get(), font);
     pango_layout_set_alignment(layout.get(), pangoAlignment(box.alignment));

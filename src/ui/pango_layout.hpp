@@ -3,6 +3,7 @@
 #include <pango/pango.h>
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string_view>
 
@@ -22,8 +23,12 @@ struct TextBox {
     TextAlignment alignment = TextAlignment::leading;
 };
 
+// Held for as long as a layout lives: the process's threads share one font map.
+using TextLock = std::unique_lock<std::mutex>;
+[[nodiscard]] TextLock lockText();
+
 // The one way text is laid out, so that what is measured is what is painted. Lengths are in
-// points. A layout belongs to the thread that made it.
+// points. Only while holding the text lock.
 LayoutHandle layOutText(std::string_view text, const Font& font, const TextBox& box);
 
 }  // namespace lunoval::ui

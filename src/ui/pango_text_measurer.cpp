@@ -8,6 +8,7 @@ namespace {
 
 TextMeasurement layOutAndMeasure(std::string_view text, const Font& font,
                                  std::optional<double> maxWidth, int maxLines) {
+    const TextLock lock = lockText();
     const LayoutHandle layout = layOutText(text, font, {.width = maxWidth, .maxLines = maxLines});
     PangoRectangle logical;
     pango_layout_get_extents(layout.get(), nullptr, &logical);
