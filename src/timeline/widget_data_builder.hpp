@@ -26,8 +26,8 @@ struct AstronomySources {
 enum class SunTimes { include, omit };
 
 // Runs the astronomy for `date` at the record's place, counting local days in the record's
-// zone. An unknown zone, a place off the globe (or not a number) or an instant that is not
-// finite leaves every field but `selectedTime` as it was.
+// zone. An unknown zone leaves every field but `selectedTime` as it was; any other input is
+// worked through as given (what a fix cannot hold is kept out where damaged files are read).
 void fill(MoonWidgetData& record, Date date, SunTimes sunTimes, const Solar::Tilt& tilt,
           const AstronomySources& sources);
 

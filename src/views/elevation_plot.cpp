@@ -12,7 +12,6 @@ using ui::Point;
 using ui::StrokeStyle;
 
 constexpr std::array<double, 3> kGuideFractions{0.25, 0.5, 0.75};
-constexpr double kGlowRadius = 11;
 constexpr double kGuideLift = 8;
 
 Color whiteAt(double opacity) {
@@ -104,9 +103,13 @@ void ElevationPlot::paintGlow(ui::GraphicsContext& context, const PresentPositio
     const Point c = position.point;
     const double strength = position.aboveHorizon ? 0.8 : 0.3;
     const ui::RadialGradient glow{
-        {{palette.glow.opacity(strength), 0}, {palette.glow.opacity(0), 1}}, c, 0, kGlowRadius};
+        {{palette.glow.opacity(strength), 0}, {palette.glow.opacity(0), 1}},
+        c,
+        0,
+        PresentPosition::kGlowRadius};
     context.fill(
-        Path::ellipse({c.x - kGlowRadius, c.y - kGlowRadius, 2 * kGlowRadius, 2 * kGlowRadius}),
+        Path::ellipse({c.x - PresentPosition::kGlowRadius, c.y - PresentPosition::kGlowRadius,
+                       2 * PresentPosition::kGlowRadius, 2 * PresentPosition::kGlowRadius}),
         glow);
 }
 

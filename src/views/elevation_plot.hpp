@@ -26,6 +26,8 @@ struct ChartMarker {
 
 // The moon where it stands now; its glow and symbol are brighter above the horizon.
 struct PresentPosition {
+    static constexpr double kGlowRadius = 11;
+
     ui::Point point;
     bool aboveHorizon = false;
 };

@@ -61,14 +61,18 @@ class ElevationChartNode final : public ui::ViewNode {
             ChartPalette::make(context.environment.colorScheme, chart_.widgetRenderingMode);
         const auto events = markerEvents(palette);
 
-        const ElevationPlot plot{
-            scale,        curvePoints(scale, day.curve), markers(events, scale),
-            noonX(scale), presentPosition(scale),        palette};
+        ElevationPlot plot{scale,        curvePoints(scale, day.curve), markers(events, scale),
+                           noonX(scale), presentPosition(scale),        palette};
+        const auto symbols = markerSymbols(events, plot);
+        const auto frames = symbolFrames(symbols, plot, bounds, context);
+        // The glow follows the present moon wherever its symbol had to go, never cut by an edge.
+        if (plot.present) {
+            const Point center = frames.back().center();
+            plot.present->point = {center.x - bounds.x, center.y - bounds.y};
+        }
         ui::Canvas([plot](ui::GraphicsContext& graphics) {
             plot.paint(graphics);
         }).place(bounds, context, out);
-        const auto symbols = markerSymbols(events, plot);
-        const auto frames = symbolFrames(symbols, plot, bounds, context);
         for (std::size_t i = 0; i < symbols.size(); ++i) symbols[i].place(frames[i], context, out);
         if (chart_.showLabel) placeLabels(events, frames, bounds, context, out);
     }
@@ -107,24 +111,35 @@ class ElevationChartNode final : public ui::ViewNode {
         return PresentPosition{{x, scale.y(present.altitude)}, present.altitude >= 0};
     }
 
-    // Rise, set and the present moon each get a place of their own inside the plot; the guides
-    // keep the true times when close events push their symbols apart.
+    // Rise, set and the present moon each get a place of their own inside the plot, the present
+    // moon with the whole of its glow; the guides keep the true times when close events push
+    // their symbols apart.
     static std::vector<Rect> symbolFrames(const std::vector<ui::View>& symbols,
                                           const ElevationPlot& plot, Rect bounds,
                                           const LayoutContext& context) {
         std::vector<MarkerBox> boxes;
-        const auto boxAround = [&](const ui::View& symbol, Point center, MarkerFreedom freedom) {
-            const auto size = symbol.sizeThatFits({}, context);
+        const auto boxAround = [&](ui::Size size, Point center, MarkerFreedom freedom) {
             const Point at = offset(center, {bounds.x, bounds.y});
             boxes.push_back(
                 {{at.x - size.width / 2, at.y - size.height / 2, size.width, size.height},
                  freedom});
         };
         for (std::size_t i = 0; i < plot.markers.size(); ++i) {
-            boxAround(symbols[i], plot.markers[i].point, MarkerFreedom::slides);
+            boxAround(symbols[i].sizeThatFits({}, context), plot.markers[i].point,
+                      MarkerFreedom::slides);
         }
-        if (plot.present) boxAround(symbols.back(), plot.present->point, MarkerFreedom::stays);
-        return spreadMarkers(boxes, bounds);
+        if (plot.present) {
+            constexpr double kGlow = 2 * PresentPosition::kGlowRadius;
+            boxAround({kGlow, kGlow}, plot.present->point, MarkerFreedom::stays);
+        }
+        auto frames = spreadMarkers(boxes, bounds);
+        if (plot.present) {
+            const auto size = symbols.back().sizeThatFits({}, context);
+            const Point center = frames.back().center();
+            frames.back() = {center.x - size.width / 2, center.y - size.height / 2, size.width,
+                             size.height};
+        }
+        return frames;
     }
 
     static std::vector<ui::View> markerSymbols(const std::vector<MarkerEvent>& events,
