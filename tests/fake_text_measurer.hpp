@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 #include "ui/text_measurer.hpp"
@@ -13,18 +14,14 @@ class FakeTextMeasurer final : public ui::TextMeasurer {
     [[nodiscard]] ui::TextMeasurement measure(std::string_view text, const ui::Font& font,
                                               std::optional<double> maxWidth,
                                               int maxLines) const override {
-        const double characterWidth = font.size / 2;
-        const double natural = characterWidth * static_cast<double>(text.size());
-        if (!maxWidth || natural <= *maxWidth) return {{natural, lineHeight(font)}, false};
-        const double perLine = std::max(1.0, std::floor(*maxWidth / characterWidth));
-        const double lines = std::ceil(static_cast<double>(text.size()) / perLine);
+        const double width = font.size / 2, height = font.size * 1.2;
+        const auto length = static_cast<double>(text.size());
+        if (!maxWidth || length * width <= *maxWidth) return {{length * width, height}, false};
+        const double perLine = std::max(1.0, std::floor(*maxWidth / width));
+        const double lines = std::ceil(length / perLine);
         const double shown = maxLines > 0 ? std::min(lines, static_cast<double>(maxLines)) : lines;
-        return {{std::min(natural, perLine * characterWidth), shown * lineHeight(font)},
-                shown < lines};
+        return {{std::min(length, perLine) * width, shown * height}, shown < lines};
     }
-
-  private:
-    static double lineHeight(const ui::Font& font) { return font.size * 1.2; }
 };
 
 }  // namespace lunoval::testing
