@@ -51,6 +51,8 @@ TEST(Layout, ProposalsAnswersAndPlacements) {
     };
     for (const auto& [view, offer, size] : answers)
         EXPECT_EQ(view.sizeThatFits(offer, kContext), size);
+    // A symbol with no drawing draws nothing.
+    EXPECT_TRUE(render(Symbol("moon.sparkles"), {20, 20}, kContext).commands.empty());
     const auto column = [](HorizontalAlignment alignment) {
         return VStack(alignment, 4, {box(50, 10), box(20, 10)});
     };

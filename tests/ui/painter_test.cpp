@@ -3,8 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
+#include <filesystem>
 #include <functional>
+#include <numbers>
+#include <stdexcept>
 #include <string>
+#include <system_error>
 #include <tuple>
 #include <vector>
 
@@ -75,6 +80,8 @@ TEST(Painter, BlendsALayerAsOneAndFillsByTheRule) {
         {{EndGroup{}, half, fillRect({0, 0, 10, 10})}, {{5, 5, 128}}},
         {{FillPath{shapes, kRed}}, {{2, 5, 255}, {9, 0, 255}, {7, 5, 255}}},
         {{FillPath{shapes, kRed, FillRule::evenOdd}}, {{2, 5, 255}, {9, 0, 255}, {7, 5, 0}}},
+        // Half a turn from three o'clock goes clockwise, through the bottom.
+        {{FillPath{Path{}.arc({5, 5}, 5, 0, std::numbers::pi), kRed}}, {{5, 8, 255}, {5, 2, 0}}},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         const auto raster = rasterize({10, 10}, std::get<0>(cases[i]));
@@ -82,6 +89,15 @@ TEST(Painter, BlendsALayerAsOneAndFillsByTheRule) {
             EXPECT_NEAR(raster.alpha(x, y), level, 4) << "case " << i << " at " << x << "," << y;
         }
     }
+}
+
+// Sizes that make no image and names of no format it writes are refused, and nothing is written.
+TEST(ImageEncoding, RefusesWhatItCannotWrite) {
+    for (const Size size : {Size{0, 10}, Size{10, std::nan("")}, Size{11000, 10}})
+        EXPECT_THROW((void)encodeImage({size, {}}, {}, ImageFormat::png), std::runtime_error);
+    const auto gif = std::filesystem::temp_directory_path() / "lunoval-refused.gif";
+    EXPECT_THROW(writeImage({{10, 10}, {}}, {}, gif), std::system_error);
+    EXPECT_FALSE(std::filesystem::exists(gif));
 }
 
 std::string cairosOwnPng(cairo_surface_t* surface) {
@@ -141,6 +157,22 @@ TEST(Symbols, PhasesLightTheHalvesTheirNamesSayAndInverseOnesTheOthers) {
             EXPECT_EQ(coverage(raster, 0, 40) > 0.5, leftLit != inverse) << name;
             EXPECT_EQ(coverage(raster, 40, 80) > 0.5, rightLit != inverse) << name;
         }
+    }
+}
+
+// Every drawing inks its frame and nothing beyond, even at the boldest weight.
+TEST(Symbols, EveryDrawingInksItsFrameAndNothingBeyond) {
+    for (const auto name : symbolNames()) {
+        const Rect frame{2, 2, 20 * findSymbol(name)->aspectRatio, 20};
+        const DrawSymbol symbol{frame, std::string(name), FontWeight::bold, Color::white()};
+        const auto raster = rasterize({frame.maxX() + 2, 24}, {symbol});
+        std::array<int, 2> inked{};  // outside the frame, inside
+        for (int y = 0; y < raster.height; ++y) {
+            for (int x = 0; x < raster.width; ++x)
+                inked[x >= 2 && x < std::ceil(frame.maxX()) && y >= 2 && y < 22] +=
+                    raster.alpha(x, y) > 0;
+        }
+        EXPECT_TRUE(inked[0] == 0 && inked[1] > 0) << name;
     }
 }
 

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 #include <tuple>
+#include <variant>
 #include <vector>
 
 #include "astro/moon_position.hpp"
@@ -36,12 +38,14 @@ MoonWidgetData parisDay(Date now = utc(2025, 6, 10, 12)) {
     return placeDay(48.8566, 2.3522, "Europe/Paris", utc(2025, 6, 10, 10), now);
 }
 
-// The chart of a record's day as the medium widget draws it; a record whose zone is unknown
-// is drawn in the device's, UTC here.
-ui::DisplayList draw(const MoonWidgetData& record, ui::Size size = kChart) {
+// The chart of a record's day with the options of `chart`, by default the medium widget's; a
+// record whose zone is unknown is drawn in the device's, UTC here.
+ui::DisplayList draw(const MoonWidgetData& record, ui::Size size = kChart,
+                     MoonElevationChart chart = {}) {
     static const testing::FakeTextMeasurer measurer;
     const auto zone = TimeZone::named(record.timezone).value_or(TimeZone::utc());
-    const MoonElevationChart chart{.day = elevationDay(record, zone), .format = {.zone = zone}};
+    chart.day = elevationDay(record, zone);
+    chart.format = {.zone = zone};
     return ui::render(chart.body(), size, {measurer, {}});
 }
 
@@ -132,6 +136,39 @@ TEST(MoonElevationChart, ScaleEdgesAndThePresentMoon) {
         EXPECT_NEAR(moon->frame.center().x, moonX, 1e-9);
         EXPECT_EQ(moon->color, ui::Color::white().opacity(opacity));
         EXPECT_EQ((moon->frame.center().y < horizonY(list)), (opacity > 0.5));
+    }
+}
+
+// Labels give the times in the place's zone over capsules of their markers' hues, kept inside
+// the chart; the noon tick crosses the horizon at noon, 11 hours into a day the clocks go forward;
+// tinted modes drop the markers' hues; the present moon can be left out.
+TEST(MoonElevationChart, OptionsTheMediumWidgetLeavesOff) {
+    // Paris on 30 March 2025; the moon rises at 23:50.
+    MoonWidgetData record{.timezone = "Europe/Paris", .selectedTime = utc(2025, 3, 30, 9)};
+    record.moonrise = utc(2025, 3, 30, 21, 50);
+    record.moonset = utc(2025, 3, 30, 5, 30);
+    const std::pair<MoonElevationChart, std::vector<std::string>> cases[] = {
+        {{.showLabel = true, .showNoon = true}, {"11:50\u202fPM", "7:30\u202fAM"}},
+        {{.showCurrentPosition = false, .widgetRenderingMode = ui::RenderingMode::accented}, {}}};
+    for (const auto& [options, labels] : cases) {
+        const auto list = draw(record, kChart, options);
+        const auto symbols = all<DrawSymbol>(list);
+        const auto texts = all<ui::DrawText>(list);
+        ASSERT_EQ(symbols.size(), options.showCurrentPosition ? 3u : 2u);
+        const bool tinted = options.widgetRenderingMode != ui::RenderingMode::fullColor;
+        EXPECT_EQ(symbols[0].color == symbols[1].color, tinted);
+        EXPECT_EQ(testing::texts(list), labels);
+        const auto fills = all<ui::FillPath>(list);
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            const ui::Paint capsule = symbols[i].color.opacity(0.22);
+            EXPECT_EQ(std::ranges::count(fills, capsule, &ui::FillPath::paint), 1);
+            EXPECT_NEAR(texts[i].frame.center().y, symbols[i].frame.center().y - 26, 1e-9);
+            EXPECT_TRUE(texts[i].frame.x >= 0 && texts[i].frame.maxX() <= kChart.width);
+        }
+        const double h = horizonY(list);
+        const auto tick = ui::Path::line({110, h - 4}, {110, h + 4});
+        EXPECT_EQ(std::ranges::count(all<ui::StrokePath>(list), tick, &ui::StrokePath::path),
+                  options.showNoon ? 1 : 0);
     }
 }
 

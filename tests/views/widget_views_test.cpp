@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 #include <tuple>
+#include <variant>
 #include <vector>
 
 #include "astro/test_dates.hpp"
@@ -15,6 +16,7 @@
 #include "views/lockscreen/lock_screen_views.hpp"
 #include "views/moon_event_view.hpp"
 #include "views/moon_phase_views.hpp"
+#include "views/simple_moon_phase_view.hpp"
 #include "views/times_views.hpp"
 
 namespace lunoval {
@@ -58,6 +60,7 @@ TEST(WidgetEntryViews, FamiliesAWidgetDoesNotOfferDrawNothing) {
 // The lit fraction is cut, never rounded up to a fuller moon, and the elevation rounds halves
 // away from zero. Times are the place's, or the device's where the place's zone is unknown,
 // with dashes for what does not happen. Without location every home-screen family asks for it.
+// A record with no phase yet shows the phase loading.
 TEST(WidgetViews, WriteWhatTheRecordSays) {
     const auto record = [](double illumination, double altitude, const char* zone) {
         auto data = MoonWidgetData::placeholder(kNow);
@@ -71,6 +74,9 @@ TEST(WidgetViews, WriteWhatTheRecordSays) {
     const auto full = entryWith(record(1, 0.49, "Asia/Tokyo"));
     const auto unknownZone = entryWith(record(0.75, 0, "Nowhere/Atlantis"), "Asia/Tokyo");
     const auto denied = entryWith(MoonWidgetData::permissionNeeded("Europe/Paris", kNow));
+    auto phaseless = MoonWidgetData::placeholder(kNow);
+    phaseless.currentMoonPhase.reset();
+    const auto noPhase = entryWith(phaseless);
     const auto phase = [&](WidgetFamily family) {
         return MoonPhaseWidgetEntryView{denied, {.family = family}}.body();
     };
@@ -89,6 +95,7 @@ TEST(WidgetViews, WriteWhatTheRecordSays) {
         {phase(WidgetFamily::systemSmall), kSmall, "Location Access Required"},
         {phase(WidgetFamily::systemMedium), kMedium, "Location Access Required"},
         {phase(WidgetFamily::systemLarge), kLarge, "Location Access Required"},
+        {SmallMoonPhaseView{noPhase}.body(), kSmall, "Loading..."},
     };
     for (const auto& [view, size, text] : cases) {
         EXPECT_THAT(testing::texts(drawn(view, size)), Contains(text));
@@ -121,6 +128,22 @@ TEST(LargeLunovalView, LaysTheMonthOutUnderItsWeekdays) {
     const auto light = testing::all<DrawSymbol>(month(1785585600, ColorScheme::light));
     ASSERT_EQ(dark.size(), 4u);
     for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(light.at(i).name, dark[i].name + ".inverse");
+}
+
+// A tint over a waning disc's lit part runs from clear at the right edge to full at the left;
+// over a waxing one it has no length, as published. At scale 3 the disc spans 1 to 55.
+TEST(MoonDisc, TintRunsAcrossTheLitPartOfAWaningDisc) {
+    SimpleMoonPhaseView disc{.size = 56, .tintColor = Color::white(), .strokeWidth = 1};
+    for (const auto& [phase, endX] : {std::pair{Solar::PhaseType::waxingGibbous, 55.0},
+                                      {Solar::PhaseType::waningGibbous, 1.0}}) {
+        disc.moonPhase = {.illumination = 0.7, .phaseType = phase};
+        const auto fills = testing::all<FillPath>(drawn(disc.body(), {56, 56}));
+        const auto tint = std::get<LinearGradient>(fills.at(1).paint);
+        EXPECT_EQ(fills[1].path, fills[0].path);
+        EXPECT_EQ(std::pair(tint.start, tint.end), std::pair(Point{55, 1}, Point{endX, 1}));
+        EXPECT_EQ(tint.stops.front().color, Color::white().opacity(0));
+        EXPECT_EQ(tint.stops.back().color, Color::white());
+    }
 }
 
 }  // namespace
