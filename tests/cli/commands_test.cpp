@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -41,6 +42,7 @@ TEST(Commands, RefuseBadInputInOneLineWritingNothing) {
         {"locations add", "(lunoval locations add --help shows the forms)"},
         {"pref", "unknown command 'pref'; did you mean preferences?"},
         {"locations lsit", "unknown command 'lsit' of locations; did you mean list?"},
+        {"gallery", "--out is required"},
         // The four widgets, named exactly, and the sizes each offers; only the times and phase
         // widgets reach the lock screen.
         {"timeline --kind moonphasewidget",
@@ -82,6 +84,28 @@ TEST(Commands, RefuseBadInputInOneLineWritingNothing) {
     }
 }
 
+// Usage and help on standard output with status 0; a file that cannot be written named in one
+// line with status 1.
+TEST(Commands, AnswerWithTheStatusAndStreamOfTheOutcome) {
+    const Home home;
+    fs::create_directories(home.path / "taken.png/inside");
+    std::ofstream(home.path / "file") << "a file, not a folder";
+    for (const auto& [arguments, status, said] :
+         std::vector<std::tuple<const char*, int, const char*>>{
+             {"", 0, "\n  locations "},
+             {"help", 0, "\n  preferences "},
+             {"record --help", 0, "--quiet"},
+             {"moon --location 48.85,2.35 --timezone UTC --out m.png", 0, "Wrote m.png\n"},
+             {"moon --out taken.png", 1, "lunoval: cannot write taken.png: "},
+             {"moon --out file/m.png", 1, "lunoval: cannot write file/m.png: "},
+         }) {
+        const auto run = home.run(arguments);
+        EXPECT_EQ(run.status, status) << arguments;
+        EXPECT_NE((status != 0 ? run.err : run.out).find(said), npos) << arguments << run.err;
+        EXPECT_EQ(countOf(run.err, "lunoval: "), status) << arguments << run.err;
+    }
+}
+
 // A locale or zone that cannot be used, from the options or the environment, is named in one
 // line, and the nearest usable one serves; the drawing program says so as well.
 TEST(Commands, SayWhenTheLocaleOrZoneCannotBeUsed) {
@@ -89,6 +113,9 @@ TEST(Commands, SayWhenTheLocaleOrZoneCannotBeUsed) {
     for (const auto& [arguments, environment, warning] :
          std::vector<std::tuple<std::string, const char*, const char*>>{
              {paris + "record --locale abcdefghijkl_DE", "", "using en_US_POSIX"},
+             {paris + "record --locale qq_QQ", "", "'qq_QQ' cannot be used; using en_US_POSIX\n"},
+             {paris + "record --locale _DE", "", "'_DE' cannot be used; using en_US_POSIX\n"},
+             {paris + "record --locale de@numbers=xxxx", "", "cannot be used; using de\n"},
              {paris + "render --out " + ::testing::TempDir() + "w.png",
               "LC_ALL= LANG=abcdefghijkl_DE", "using en_US_POSIX"},
              {"eclipses", "TZ=:nonsense", "TZ=':nonsense' names no time zone; using UTC"},
@@ -101,10 +128,18 @@ TEST(Commands, SayWhenTheLocaleOrZoneCannotBeUsed) {
     }
 }
 
-// Times without an offset are read in the device zone, the option's or the place's own.
+// Each form --at takes; today, tomorrow and times without an offset read in the device zone,
+// the option's or else the place's own.
 TEST(Commands, ReadLocalTimesInTheDeviceZone) {
     const std::string place = "--lat 10 --lng 20 ";
+    using namespace std::chrono;
+    const auto tokyoMidnight = floor<days>(system_clock::now() + 9h) - 9h;
+    const double tokyoToday = duration<double>(tokyoMidnight.time_since_epoch()).count();
     for (const auto& [arguments, selectedTime] : std::vector<std::pair<std::string, double>>{
+             {place + "--timezone Asia/Tokyo --at today", tokyoToday},
+             {place + "--timezone Asia/Tokyo --at tomorrow --quiet", tokyoToday + 86400},
+             {place + "--timezone Asia/Tokyo --at 2025-10-07T21:30:15+02:00", 1759865415},
+             {place + "--timezone Asia/Tokyo --at 2025-10-07T19:30:15z", 1759865415},
              // Midnight skipped: the day starts at 01:00.
              {place + "--timezone America/Sao_Paulo --at 2018-11-04", 1541300400},
              // 23:30 came twice: the first, still in summer time.
@@ -112,11 +147,13 @@ TEST(Commands, ReadLocalTimesInTheDeviceZone) {
              // 02:30 skipped: the first instant after the gap.
              {place + "--timezone Europe/Paris --at 2025-03-30T02:30", 1743296400},
              {"--location Paris --at 2025-10-07", 1759788000},
+             {"--location Paris --timezone Asia/Tokyo --at 2025-10-07", 1759762800},
              {"--lat 35.68 --lng 139.69 --at 2025-10-07", 1759762800},
          }) {
         const auto run = runLunoval("record --json " + arguments, "TZ=UTC");
         ASSERT_EQ(run.status, 0) << arguments << run.err;
         EXPECT_EQ(nlohmann::json::parse(run.out).at("selectedTime"), selectedTime) << arguments;
+        EXPECT_TRUE(!arguments.ends_with("--quiet") || run.err.empty()) << run.err;
     }
 }
 
@@ -168,6 +205,10 @@ TEST(Commands, EclipsesListTheWindowWithVisibilityFromThePlace) {
     EXPECT_NE(runLunoval("eclipses --from 2025 --to 2025 --locale de_DE " + tokyo)
                   .out.find("\n08.09.2025, 03:12 · Totale Mondfinsternis · lunar · visible here\n"),
               npos);
+    EXPECT_NE(runLunoval("record --at 2025-09-07T18:12:00Z " + tokyo)
+                  .out.find("\nEclipse     Total Lunar Eclipse · visible here\n"),
+              npos);
+    EXPECT_EQ(runLunoval("eclipses --from 2101").out, "No catalogued eclipses from 2101 to 2102\n");
 }
 
 // Four editors adding ten places each while the widget writes its own keys: the shared file's
@@ -206,6 +247,43 @@ TEST(LocationsCommand, ADamagedListIsLeftAloneAndNamed) {
     EXPECT_NE(widget.err.find("kept it as " + home.defaults.string() + ".corrupt-"), npos);
 }
 
+// A refused edit, or an update that finds no device, changes nothing; an update prints each
+// stage as the service answers, and the widgets follow a device found under no place's name.
+TEST(LocationsCommand, EditsAndUpdatesEndAsTheListAndTheServiceAllow) {
+    const Home home;
+    ASSERT_EQ(home.run("locations select 1").status, 0);
+    const auto before = readWholeFile(home.defaults);
+    for (const auto& [arguments, status, out, said] :
+         std::vector<std::tuple<std::string, int, std::string, std::string>>{
+             {"remove 0", 2, "", "lunoval: entry 0 is the device's own position\n"},
+             {"move 1 2", 2, "", "lunoval: no saved place 2 (the saved places are 1 to 1)\n"},
+             {"add Quito -0.18", 2, "", "lunoval: add takes a city's name alone, or NAME"},
+             {"add Nowhere 10 10 Mars/Olympus", 2, "", "lunoval: unknown time zone 'Mars/Olympus'"},
+             {"add North 90.5 10 UTC", 2, "", "lunoval: cannot read the coordinates 90.5 10"},
+             {"add Quay 10 0 UTC", 2, "", "lunoval: a place on the equator or the prime meridian"},
+             {"select 0 --location-service denied", 1,
+              "BeginLocationUpdate\nLocationServicesPermissionDenied\n",
+              "lunoval: location services denied access\n"},
+             {"update --location-service undetermined", 1, "",
+              "lunoval: location services have not been authorized yet\n"},
+             {"select 0 --location-service silent --timeout 1", 1,
+              "BeginLocationUpdate\nLocationUpdateFailed\n",
+              "lunoval: no device location before the update ended\n"},
+             {"select 0 --location-service fixed:-33.87,151.21", 0,
+              "BeginLocationUpdate\nLocationUpdated: true\nCurrent Location  -33.87, 151.21  UTC\n",
+              ""},
+         }) {
+        const auto run = home.run("locations " + arguments + " --timezone UTC");
+        EXPECT_EQ(run.status, status) << arguments;
+        EXPECT_EQ(run.out, out) << arguments;
+        EXPECT_NE(run.err.find(said), npos) << arguments << run.err;
+        EXPECT_EQ(readWholeFile(home.defaults) == before, status != 0) << arguments;
+    }
+    EXPECT_EQ(UserDefaults(home.defaults).integerForKey("selectedIndex"), 0);
+    EXPECT_EQ(UserDefaults(home.defaults).dataForKey("widgetData"),
+              R"({"latitude":-33.87,"longitude":151.21,"timezone":"UTC"})");
+}
+
 // Cities by name from the world locations: the zone's namesake, narrowed by state or country,
 // without accents or case; a name of several cities, or of none, is refused.
 TEST(LocationsCommand, PlacesByName) {
@@ -220,7 +298,7 @@ TEST(LocationsCommand, PlacesByName) {
          }) {
         const auto added = home.run("locations add \"" + name + "\"");
         EXPECT_EQ(added.status, status) << name << added.err;
-        const auto said = status ? added.err : home.run("locations list --json").out;
+        const auto said = status != 0 ? added.err : home.run("locations list --json").out;
         EXPECT_NE(said.find(expected), npos) << name << said;
     }
     EXPECT_NE(home.run("locations search Pari").out.find("Paris, Texas, United States  "), npos);
