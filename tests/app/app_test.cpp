@@ -4,6 +4,7 @@
 #include <set>
 
 #include "app/lunoval_widget_bundle.hpp"
+#include "app/moon_widget_settings_intent.hpp"
 #include "app/widget_renderer.hpp"
 #include "display_list_queries.hpp"
 #include "drawn_entry.hpp"
@@ -70,6 +71,23 @@ TEST(Translations, DayCountsTakeEachLanguagesPluralForm) {
         EXPECT_EQ(l10n::localizedCount("in %d days", days), expected) << locale;
     }
     l10n::useLanguage("en_US");
+}
+
+// Intents archived by earlier versions decode only the declared raw values.
+TEST(SettingsIntent, DecodesOnlyTheDeclaredRawValues) {
+    using enum HighlightColor;
+    using Code = MoonWidgetSettingsIntentResponseCode;
+    using enum MoonWidgetSettingsIntentResponseCode;
+    const std::vector<std::tuple<int, std::optional<HighlightColor>, std::optional<Code>>> cases{
+        {-1, {}, {}},         {0, unknown, unspecified},
+        {5, orange, failure}, {6, {}, failureRequiringAppLaunch},
+        {7, {}, {}},
+    };
+    for (const auto& [raw, color, code] : cases) {
+        EXPECT_EQ(highlightColor(raw), color) << raw;
+        const auto response = MoonWidgetSettingsIntentResponse::decoded(raw);
+        EXPECT_EQ(response ? std::optional(response->code) : std::nullopt, code) << raw;
+    }
 }
 
 }  // namespace

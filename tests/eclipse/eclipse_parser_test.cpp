@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <unordered_set>
 #include "astro/test_dates.hpp"
 #include "temp_folder.hpp"
 
 #include "eclipse/catalogue_text.hpp"
+#include "eclipse/eclipse_event.hpp"
 #include "eclipse/eclipse_parser.hpp"
 
 namespace lunoval {
@@ -56,11 +58,12 @@ TEST(CatalogueText, WarnsOfEveryLineItSkips) {
          "Warning: Could not parse date '2025-03-14 06:59' at line 9\n"
          "Warning: Duplicate date entry at line 11: 04/08/2024 18:17\n",
          {"TSE", "TLE"}},
-        {"years 1900 to 2100 only",
-         "12/31/1899 23:59,TLE\n01/01/2101 00:00,TSE\n12/31/2100 23:59,PSE\n01/01/1900 00:00,NLE",
+        {"years 1900 to 2100 only, an old date read by the general parser too",
+         "12/31/1899 23:59,TLE\n01/01/2101 00:00,TSE\n12/31/2100 23:59,PSE\n01/01/1500 00:00,NLE",
          "Warning: Date 12/31/1899 23:59 is outside valid range (1900-2100)\n"
-         "Warning: Date 01/01/2101 00:00 is outside valid range (1900-2100)\n",
-         {"NLE", "PSE"}},
+         "Warning: Date 01/01/2101 00:00 is outside valid range (1900-2100)\n"
+         "Warning: Date 01/01/1500 00:00 is outside valid range (1900-2100)\n",
+         {"PSE"}},
         {"years counted in the device's zone",
          "01/01/1900 00:00,TLE\n12/31/2100 23:59,TSE",
          "Warning: Date 12/31/2100 23:59 is outside valid range (1900-2100)\n",
@@ -156,6 +159,16 @@ TEST_F(Catalogue, FindsWhatAScanOfTheWholeTableFindsAcrossSkippedDays) {
             EXPECT_TRUE(!found || found->isVisible);
         }
     }
+}
+
+// Title and visibility do not tell events apart; the description is in UTC.
+TEST(EclipseEvent, IsOneKeyAtOneInstant) {
+    const EclipseEvent total{"TSE", "Total Solar Eclipse", utc(2024, 4, 8, 18, 17)};
+    const EclipseEvent retitled{"TSE", "Totale Sonnenfinsternis", total.datetime, false, false};
+    EXPECT_EQ((std::unordered_set<EclipseEvent>{total, retitled}.size()), 1U);
+    EXPECT_NE(total, (EclipseEvent{"PSE", total.title, total.datetime}));
+    EXPECT_NE(total, (EclipseEvent{"TSE", total.title, utc(2024, 4, 8, 18, 18)}));
+    EXPECT_EQ(description(total, "de_DE"), "Total Solar Eclipse on 08.04.2024, 18:17 (UTC)");
 }
 
 }  // namespace

@@ -80,7 +80,7 @@ TEST(CrashSafety, KilledWritersLoseNoCompletedWrite) {
 }
 
 // The store takes over the legacy file once; a local file that does not read is kept aside,
-// never overwritten.
+// never overwritten; one that cannot be written says so and keeps its values in memory.
 TEST(PrivateStore, TakesOverTheLegacyFileOnceAndKeepsADamagedOneAside) {
     const testing::TempFolder temp("lunoval-store");
     const auto local = temp.path() / "store.plist";
@@ -97,6 +97,9 @@ TEST(PrivateStore, TakesOverTheLegacyFileOnceAndKeepsADamagedOneAside) {
     EXPECT_EQ(OVStorage(local, legacy).entries(), values);
     writeFileAtomically(legacy, propertyListXml({{"real", 3.0}}));
     EXPECT_EQ(OVStorage(local, legacy).entries(), values);  // the local copy shadows it now
+    OVStorage unwritable(temp.path() / "no folder" / "store.plist", legacy);
+    EXPECT_EQ(unwritable.synchronize().value_or("").find("cannot write"), 0U);
+    EXPECT_EQ(unwritable.objectForKey("real"), 3.0);  // kept for this run
     std::vector<std::optional<std::string>> keptAside;
     for (const auto& entry : fs::directory_iterator(temp.path())) {
         if (entry.path().filename().string().find(".corrupt-") != std::string::npos) {

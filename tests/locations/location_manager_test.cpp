@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 #include <tuple>
 #include "temp_folder.hpp"
 
@@ -38,10 +39,7 @@ class SavedPlaces : public ::testing::Test, public LocationObserver {
             .sharedDefaults = defaults_,
             .legacyListFile = legacyFile_,
             .mainQueue = queue_.get(),
-            .makePlatformManager =
-                [this] {
-                    return makePlatformLocationManager({LocationService::Kind::silent}, *queue_);
-                },
+            .makePlatformManager = [this] { return makePlatformLocationManager({kind_}, *queue_); },
             .clock = queue_->clock(),
             .deviceZone = *TimeZone::named("Europe/Paris"),
         });
@@ -60,6 +58,7 @@ class SavedPlaces : public ::testing::Test, public LocationObserver {
         return all;
     }
 
+    LocationService::Kind kind_ = LocationService::Kind::silent;
     testing::TempFolder temp_{"lunoval-places"};
     UserDefaults defaults_{temp_.path() / "group.plist"};
     fs::path legacyFile_ = temp_.path() / "locations.plist";
@@ -156,6 +155,48 @@ TEST_F(SavedPlaces, AnUpdateEndsByAFixADenialOrItsTimer) {
         EXPECT_EQ(list.userCurrentLocation().latitude, latitude);
         EXPECT_EQ(widgets.drain(), reloads);
     }
+}
+
+// Removing or moving a saved place keeps the selection on the record it named, except that a
+// removal before it leaves the index where it was; the device entry neither goes nor moves.
+TEST_F(SavedPlaces, EditsKeepTheSelectionOnItsPlace) {
+    auto abcd = PropertyValue::array();
+    for (const char* name : {"A", "B", "C", "D"})
+        abcd.push_back({{"latitude", 10}, {"longitude", 20}, {"location_name", name}});
+    // Removed (no destination) or moved, the selection before; the names and selection after.
+    const std::vector<std::tuple<int, std::optional<int>, int, const char*, std::size_t>> cases{
+        {2, {}, 2, "ACD", 0}, {1, {}, 3, "BCD", 3}, {0, {}, 2, "ABCD", 2}, {5, {}, 2, "ABCD", 2},
+        {1, 3, 1, "BCAD", 3}, {1, 3, 2, "BCAD", 1}, {4, 2, 3, "ADBC", 4},  {4, 2, 1, "ADBC", 1},
+        {0, 2, 1, "ABCD", 1}, {1, 5, 1, "ABCD", 1}, {2, 0, 1, "ABCD", 1},
+    };
+    for (const auto& [from, to, selected, names, after] : cases) {
+        defaults_.setObjects({{"locations", abcd}, {"selectedIndex", selected}});
+        load();
+        to ? manager_->RearrangeItem(from, *to) : manager_->RemoveFromLocationList(from);
+        EXPECT_EQ(this->names(), names);
+        EXPECT_EQ(manager_->GetSelectedLocationIndex(), after);
+    }
+}
+
+// The user's answer to the first request starts the update it waited for, or ends it denied;
+// choosing a saved place ends it too.
+TEST_F(SavedPlaces, TheAnswerToTheFirstRequestStartsOrEndsTheUpdate) {
+    kind_ = LocationService::Kind::undetermined;
+    using enum AuthorizationStatus;
+    const std::vector<std::tuple<AuthorizationStatus, const char*, bool>> cases{
+        {authorizedWhenInUse, "0 ", true}, {authorizedAlways, "0 ", true},
+        {restricted, "0 ", true},          {denied, "3 ", false},
+        {notDetermined, "", true},
+    };
+    for (const auto& [answer, messages, updating] : cases) {
+        load();
+        manager_->GetSelectedLocation();  // the device, not located yet: asks for it
+        manager_->didChangeAuthorization(answer);
+        EXPECT_EQ(messages_, messages);
+        EXPECT_EQ(manager_->isUpdatingCurrentLocation(), updating);
+    }
+    manager_->ChangeSelectedLocation(1);
+    EXPECT_FALSE(manager_->isUpdatingCurrentLocation());
 }
 
 }  // namespace

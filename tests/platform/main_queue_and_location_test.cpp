@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
+#include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/location_services.hpp"
 #include "platform/main_queue.hpp"
 
 namespace lunoval {
@@ -27,6 +30,31 @@ TEST(ManualQueue, RunsBlocksInOrderAndDelayedOnesWhenItsClockReachesThem) {
     queue.advance(2);
     EXPECT_EQ(ran.back(), "8.000000");  // run at its instant, not at the end of the advance
     EXPECT_NEAR(queue.clock()().timeIntervalSince1970() - 1760000000, 9.999, 1e-6);
+}
+
+struct Answers : PlatformLocationDelegate {
+    void didUpdateLocations(const std::vector<Location>& /*fixes*/) override { got = "a fix"; }
+    void didFailWithError(const LocationError& error) override { got = error.localizedDescription; }
+    std::string got;
+};
+
+// A refusal, and GeoClue out of reach, end an update with a failure from the queue rather than
+// leave the widget waiting for a fix.
+TEST(LocationServices, ARefusalOrNoGeoClueEndsAnUpdateWithAFailure) {
+    // No system bus here, whatever the machine has.
+    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/lunoval-bus", 1);
+    for (const auto& [service, said] : std::vector<std::pair<const char*, const char*>>{
+             {"denied", "Access to location services was denied."},
+             {"geoclue", "GeoClue could not be reached."}}) {
+        ManualQueue queue(kStart);
+        Answers answers;
+        const auto manager = makePlatformLocationManager(*LocationService::parse(service), queue);
+        manager->setDelegate(&answers);
+        manager->startUpdatingLocation();
+        queue.advance(1);
+        EXPECT_EQ(answers.got, said) << service;
+    }
+    EXPECT_TRUE(LocationService::parse("fixed:+12.5,3") && !LocationService::parse("fixed:+-1,0"));
 }
 
 }  // namespace

@@ -22,6 +22,19 @@ class UserDefaultsFile : public ::testing::Test {
     UserDefaults defaults_{file_};
 };
 
+// Each getter answers only for its own type, an integer reading as a double too, negative
+// ones included; a removal takes only its key.
+TEST_F(UserDefaultsFile, EachGetterAnswersOnlyForItsTypeAndARemovalOnlyForItsKey) {
+    defaults_.setObjects({{"real", 0.5}, {"integer", -1}});
+    defaults_.setString("text", "Zürich");
+    defaults_.removeObject("real");
+    EXPECT_EQ(defaults_.doubleForKey("integer"), -1.0);
+    EXPECT_EQ(defaults_.integerForKey("integer"), -1);
+    EXPECT_FALSE(defaults_.doubleForKey("text") || defaults_.integerForKey("text") ||
+                 defaults_.doubleForKey("real"));
+    EXPECT_EQ(defaults_.stringForKey("text"), "Zürich");
+}
+
 TEST_F(UserDefaultsFile, AStringHoldingANulCharacterReadsWithoutAborting) {
     // libplist's copying accessor aborts the process on such a string.
     std::ofstream(file_) << R"(<?xml version="1.0"?><plist version="1.0"><dict><key>name</key>)"
