@@ -112,8 +112,8 @@ class ElevationChartNode final : public ui::ViewNode {
     }
 
     // Rise, set and the present moon each get a place of their own inside the plot, the present
-    // moon with the whole of its glow; the guides keep the true times when close events push
-    // their symbols apart.
+    // moon with room for its glow; the guides keep the true times when close events push their
+    // symbols apart.
     static std::vector<Rect> symbolFrames(const std::vector<ui::View>& symbols,
                                           const ElevationPlot& plot, Rect bounds,
                                           const LayoutContext& context) {
@@ -129,17 +129,17 @@ class ElevationChartNode final : public ui::ViewNode {
                       MarkerFreedom::slides);
         }
         if (plot.present) {
-            constexpr double kGlow = 2 * PresentPosition::kGlowRadius;
-            boxAround({kGlow, kGlow}, plot.present->point, MarkerFreedom::stays);
+            boxAround(symbols.back().sizeThatFits({}, context),
+                      withinGlow(plot.present->point, bounds.size()), MarkerFreedom::stays);
         }
-        auto frames = spreadMarkers(boxes, bounds);
-        if (plot.present) {
-            const auto size = symbols.back().sizeThatFits({}, context);
-            const Point center = frames.back().center();
-            frames.back() = {center.x - size.width / 2, center.y - size.height / 2, size.width,
-                             size.height};
-        }
-        return frames;
+        return spreadMarkers(boxes, bounds);
+    }
+
+    // Where the present moon can stand with the whole width of its glow inside the plot; its
+    // height stays on the curve.
+    static Point withinGlow(Point point, ui::Size plot) {
+        constexpr double r = PresentPosition::kGlowRadius;
+        return {std::clamp(point.x, r, std::max(r, plot.width - r)), point.y};
     }
 
     static std::vector<ui::View> markerSymbols(const std::vector<MarkerEvent>& events,
