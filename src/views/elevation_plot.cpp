@@ -100,17 +100,12 @@ void ElevationPlot::paintNoon(ui::GraphicsContext& context, double x) const {
 }
 
 void ElevationPlot::paintGlow(ui::GraphicsContext& context, const PresentPosition& position) const {
+    constexpr double r = PresentPosition::kGlowRadius;
     const Point c = position.point;
     const double strength = position.aboveHorizon ? 0.8 : 0.3;
     const ui::RadialGradient glow{
-        {{palette.glow.opacity(strength), 0}, {palette.glow.opacity(0), 1}},
-        c,
-        0,
-        PresentPosition::kGlowRadius};
-    context.fill(
-        Path::ellipse({c.x - PresentPosition::kGlowRadius, c.y - PresentPosition::kGlowRadius,
-                       2 * PresentPosition::kGlowRadius, 2 * PresentPosition::kGlowRadius}),
-        glow);
+        {{palette.glow.opacity(strength), 0}, {palette.glow.opacity(0), 1}}, c, 0, r};
+    context.fill(Path::ellipse({c.x - r, c.y - r, 2 * r, 2 * r}), glow);
 }
 
 }  // namespace lunoval

@@ -118,19 +118,19 @@ class ElevationChartNode final : public ui::ViewNode {
                                           const ElevationPlot& plot, Rect bounds,
                                           const LayoutContext& context) {
         std::vector<MarkerBox> boxes;
-        const auto boxAround = [&](ui::Size size, Point center, MarkerFreedom freedom) {
+        const auto boxAround = [&](const ui::View& symbol, Point center, MarkerFreedom freedom) {
+            const auto size = symbol.sizeThatFits({}, context);
             const Point at = offset(center, {bounds.x, bounds.y});
             boxes.push_back(
                 {{at.x - size.width / 2, at.y - size.height / 2, size.width, size.height},
                  freedom});
         };
         for (std::size_t i = 0; i < plot.markers.size(); ++i) {
-            boxAround(symbols[i].sizeThatFits({}, context), plot.markers[i].point,
-                      MarkerFreedom::slides);
+            boxAround(symbols[i], plot.markers[i].point, MarkerFreedom::slides);
         }
         if (plot.present) {
-            boxAround(symbols.back().sizeThatFits({}, context),
-                      withinGlow(plot.present->point, bounds.size()), MarkerFreedom::stays);
+            boxAround(symbols.back(), withinGlow(plot.present->point, bounds.size()),
+                      MarkerFreedom::stays);
         }
         return spreadMarkers(boxes, bounds);
     }
